@@ -1,0 +1,26 @@
+# Warnings, sanitizers and coverage for every target of the project.
+# Link tarsel_build_settings privately; it carries no include path and no library.
+add_library(tarsel_build_settings INTERFACE)
+
+if(MSVC)
+    target_compile_options(tarsel_build_settings INTERFACE /W4 /utf-8 /EHsc /permissive- /Zc:__cplusplus /wd4251)
+    if(TARSEL_WARNINGS_AS_ERRORS)
+        target_compile_options(tarsel_build_settings INTERFACE /WX)
+    endif()
+else()
+    target_compile_options(tarsel_build_settings INTERFACE
+        -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough)
+    if(TARSEL_WARNINGS_AS_ERRORS)
+        target_compile_options(tarsel_build_settings INTERFACE -Werror)
+    endif()
+endif()
+
+if(TARSEL_SANITIZE)
+    target_compile_options(tarsel_build_settings INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(tarsel_build_settings INTERFACE -fsanitize=address,undefined)
+endif()
+if(TARSEL_COVERAGE)
+    target_compile_options(tarsel_build_settings INTERFACE --coverage)
+    target_link_options(tarsel_build_settings INTERFACE --coverage)
+endif()

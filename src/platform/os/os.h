@@ -1,0 +1,25 @@
+// What the scan asks of the operating system itself: its own place on disk, time and waiting.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "common/export.h"
+
+namespace Vantix {
+
+/// The folder of this library's own module file, with its final separator, so that a file name can
+/// be appended; empty when the system does not tell. Never the folder of the running program.
+std::string GetModuleDirectory();
+
+/// The folder part of `module_file`, up to and including the last separator: backslash or slash on
+/// Windows, slash elsewhere (where a backslash is an ordinary letter). Empty without a separator.
+std::string DirectoryOfModuleFile(const std::string& module_file);
+
+/// Blocks the calling thread. The one seam of all timed waits.
+void SleepMilliseconds(std::uint32_t milliseconds);
+
+/// Seconds of a clock that never goes back; its zero is arbitrary.
+std::int64_t MonotonicSeconds();
+
+}  // namespace Vantix
