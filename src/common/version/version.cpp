@@ -1,0 +1,3 @@
+#include "common/version/version.h"
+
+const char* TarselVersion() { return TARSEL_VERSION_TEXT; }
