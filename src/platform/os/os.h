@@ -22,4 +22,9 @@ void SleepMilliseconds(std::uint32_t milliseconds);
 /// Seconds of a clock that never goes back; its zero is arbitrary.
 std::int64_t MonotonicSeconds();
 
+/// Makes sure that a file of that name exists and that only its owner can read and write it; what
+/// it holds stays. False when it can be neither made nor opened for writing. The mode of a file
+/// that belongs to somebody else, or of a device, is left alone.
+bool MakePrivateFile(const std::string& path);
+
 }  // namespace Vantix
