@@ -1,0 +1,50 @@
+#pragma once
+
+// The Redfish service of a simulated BMC without its sockets: request in, right answer out. Faults
+// and pace belong to the server around it. Used from one thread at a time.
+
+#include <string>
+#include <string_view>
+
+#include "bmc_simulator/bmc_counts.h"
+#include "bmc_simulator/bmc_options.h"
+#include "bmc_simulator/login_desk.h"
+#include "bmc_simulator/scenario_tree.h"
+#include "bmc_simulator/service_message.h"
+
+namespace simulators {
+
+class BmcService {
+  public:
+    /// Reads the scenario; throws std::runtime_error where that fails.
+    /// Both references must outlive the service.
+    BmcService(const BmcOptions& options, BmcCounts& counts);
+
+    [[nodiscard]] ServiceReply Answer(const ServiceRequest& request);
+
+    /// Lays the replaced bodies of the options over the scenario as it was read.
+    void ReloadReplacedBodies();
+    void ForgetSessions() { desk_.ForgetAll(); }
+
+  private:
+    [[nodiscard]] std::string SessionsPath() const;
+    [[nodiscard]] ServiceReply AnswerSessions(const ServiceRequest& request,
+                                              std::string_view sessions_path,
+                                              const std::string& path);
+    [[nodiscard]] ServiceReply Get(const ServiceRequest& request, const std::string& path) const;
+    [[nodiscard]] ServiceReply GetExpanded(const ScenarioTree::Resource& resource,
+                                           const ServiceRequest& request,
+                                           const std::string& path) const;
+    [[nodiscard]] ServiceReply View(const ScenarioTree::Resource& resource,
+                                    const ServiceRequest& request, const std::string& path,
+                                    bool expand) const;
+    [[nodiscard]] bool ExpandOffered() const;
+    [[nodiscard]] std::string MemberBody(std::string_view link) const;
+
+    const BmcOptions& options_;
+    ScenarioTree recorded_;
+    ScenarioTree tree_;
+    LoginDesk desk_;
+};
+
+}  // namespace simulators
