@@ -1,7 +1,8 @@
 // HTTP over libcurl's multi interface, on the caller's thread.
 //
 // Knows TLS trust (system store, CA file, certificate fingerprint, off), proxies, connection reuse
-// and limits. Does not follow redirects, does not retry, knows no sessions: those are decided above.
+// and limits. Does not follow redirects, does not retry, knows no sessions: those are decided
+// above.
 #pragma once
 
 #include <cstddef>
@@ -17,11 +18,11 @@ struct CurlSettings {
     int port = 443;
     bool use_tls = true;
     bool verify_certificate = true;
-    std::string ca_file;       ///< empty: the system's store
-    std::string fingerprint;   ///< SHA-256 of the certificate, hexadecimal, colons allowed; when
-                               ///< set it alone decides, chain and name are not looked at
-    bool legacy_tls = false;   ///< TLS 1.0 and up, security level 0, legacy renegotiation
-    std::string proxy;         ///< empty: connect directly
+    std::string ca_file;      ///< empty: the system's store
+    std::string fingerprint;  ///< SHA-256 of the certificate, hexadecimal, colons allowed; when
+                              ///< set it alone decides, chain and name are not looked at
+    bool legacy_tls = false;  ///< TLS 1.0 and up, security level 0, legacy renegotiation
+    std::string proxy;        ///< empty: connect directly
     bool use_environment_proxy = false;
     Milliseconds connect_timeout{10000};
     std::size_t max_body_bytes = 32 * 1024 * 1024;
@@ -40,6 +41,7 @@ class CurlTransport : public HttpTransport {
     bool Step(Milliseconds max_wait) override;
     void SetMaxConnections(int count) override;
     void DropIdleConnections() override;
+    void Abort(AbortScope scope) override;
 
   private:
     class Impl;

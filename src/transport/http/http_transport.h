@@ -10,6 +10,12 @@
 
 namespace Vantix::transport {
 
+/// What Abort() gives up.
+enum class AbortScope {
+    kReads,  ///< every GET
+    kEverything
+};
+
 class HttpTransport {
   public:
     using Handler = std::function<void(HttpOutcome&&)>;
@@ -29,6 +35,10 @@ class HttpTransport {
 
     /// Closes idle connections, so that the next exchange opens a new one.
     virtual void DropIdleConnections() = 0;
+
+    /// Gives up exchanges of that scope that have not ended: their connections are closed, their
+    /// handlers are never called. The default gives up nothing, which fits transports without I/O.
+    virtual void Abort(AbortScope scope) { static_cast<void>(scope); }
 };
 
 /// Time as the retry and deadline rules see it; tests replace it.

@@ -30,6 +30,10 @@ struct HttpRequest {
     /// Limit for the whole exchange, 0: none. A body that keeps arriving is not cut (the limit is
     /// then one of silence) unless the target's own deadline ends.
     Milliseconds timeout{60000};
+    /// How often a GET may be sent when passing failures call for waiting and asking again (at
+    /// least 1). The immediate repetitions after a reset, or after a 403 amid other requests, are
+    /// not counted. Lower it for optional resources: four tries take 21 seconds.
+    int max_tries = 4;
 };
 
 struct HttpResponse {
@@ -50,9 +54,9 @@ struct HttpResponse {
 
 enum class HttpErrorKind {
     kNone,
-    kBadAddress,   ///< the address or URL is malformed
-    kResolve,      ///< the name is not known
-    kConnect,      ///< refused or no route
+    kBadAddress,  ///< the address or URL is malformed
+    kResolve,     ///< the name is not known
+    kConnect,     ///< refused or no route
     kConnectTimeout,
     kTlsHandshake,  ///< no common protocol version or cipher, weak key, ...
     kUntrusted,     ///< certificate or fingerprint not accepted: nothing was sent

@@ -1,11 +1,14 @@
 // Keeps requests to one BMC few and patient: a limit of requests in flight, repetition of GETs that
 // failed in passing, one request at a time after a sign of distress, and the target's deadline.
 //
+// POST and DELETE are never repeated. When a request fails for good before anything was ever
+// answered and the cause concerns the host (not reachable, not trusted), those that still wait fail
+// the same way at once, so that a dead host is given up after one round of tries.
+//
 // A decorator of HttpTransport. Knows nothing of logins or of what a body means.
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -24,8 +27,11 @@ struct PoliteSettings {
     Milliseconds max_retry_after{60000};
     /// Tries of a request whose connection could not be opened in time (a dead host).
     int connect_tries = 2;
-    Milliseconds deadline{1200000};  ///< for everything, from construction; 0: none
+    Milliseconds deadline{1200000};      ///< for everything, from construction; 0: none
     std::function<bool()> is_cancelled;  ///< asked often; may be empty
+    /// How long a POST or DELETE that is already under way may go on after a cancellation or the
+    /// deadline: what it does (a login above all) must become known, so that it can be undone.
+    Milliseconds finish_time{3000};
 };
 
 class PoliteTransport : public HttpTransport {
@@ -39,11 +45,15 @@ class PoliteTransport : public HttpTransport {
     void SetMaxConnections(int count) override;
     void DropIdleConnections() override;
 
+    void Abort(AbortScope scope) override;
+
     /// True after a reset, 403, 429 or 5xx: from then on one request is in flight at a time.
     [[nodiscard]] bool IsDistressed() const;
 
-    /// Fails everything that waits or flies as kCancelled, and lets only requests submitted from
-    /// now on pass, within `grace`: for the log-out after an interruption or a used-up deadline.
+    /// Fails what waits and every GET under way as kCancelled (their handlers are called by the
+    /// next Step) and lets only requests submitted from now on pass, within `grace`: for the
+    /// log-out after an interruption or a used-up deadline. A POST or DELETE under way may still be
+    /// answered within `grace`. Cancellation is not asked any more.
     void AbandonAll(Milliseconds grace);
 
     struct Counts {
@@ -55,7 +65,7 @@ class PoliteTransport : public HttpTransport {
 
   private:
     struct State;
-    std::unique_ptr<State> state_;
+    std::shared_ptr<State> state_;
 };
 
 }  // namespace Vantix::transport

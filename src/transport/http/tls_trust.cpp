@@ -1,0 +1,153 @@
+#include "transport/http/tls_trust.h"
+
+#include <openssl/sha.h>
+#include <openssl/ssl.h>
+#include <openssl/x509.h>
+
+#include <memory>
+
+#include "transport/http/curl_error_table.h"
+
+namespace Vantix::transport {
+namespace {
+
+int HexValue(char letter) {
+    if (letter >= '0' && letter <= '9') {
+        return letter - '0';
+    }
+    if (letter >= 'a' && letter <= 'f') {
+        return letter - 'a' + 10;
+    }
+    if (letter >= 'A' && letter <= 'F') {
+        return letter - 'A' + 10;
+    }
+    return -1;
+}
+
+// Called by OpenSSL instead of its own chain check, with the peer's certificate at hand.
+int CheckPinnedCertificate(X509_STORE_CTX* context, void* trust) {
+    X509* const certificate = X509_STORE_CTX_get0_cert(context);
+    unsigned char* der = nullptr;
+    const int size = certificate == nullptr ? -1 : i2d_X509(certificate, &der);
+    const auto free_der = [](unsigned char* bytes) { OPENSSL_free(bytes); };
+    const std::unique_ptr<unsigned char, decltype(free_der)> holder(der, free_der);
+    const bool is_wanted =
+        size > 0 && static_cast<TlsTrust*>(trust)->IsWanted(der, static_cast<std::size_t>(size));
+    X509_STORE_CTX_set_error(context, is_wanted ? X509_V_OK : X509_V_ERR_APPLICATION_VERIFICATION);
+    return is_wanted ? 1 : 0;
+}
+
+CURLcode ConfigureContext(CURL*, void* ssl_context, void* trust_pointer) {
+    auto* const context = static_cast<SSL_CTX*>(ssl_context);
+    auto* const trust = static_cast<TlsTrust*>(trust_pointer);
+    if (trust->IsLegacyAllowed()) {
+        SSL_CTX_set_security_level(context, 0);
+        SSL_CTX_set_options(context, SSL_OP_LEGACY_SERVER_CONNECT);
+    }
+    if (trust->IsPinned()) {
+        // libcurl was told not to verify, so that it loads no store; without this line OpenSSL
+        // would ignore what the callback says.
+        SSL_CTX_set_verify(context, SSL_VERIFY_PEER, nullptr);
+        SSL_CTX_set_cert_verify_callback(context, CheckPinnedCertificate, trust);
+    }
+    return CURLE_OK;
+}
+
+}  // namespace
+
+std::optional<Sha256Digest> ParseFingerprint(std::string_view text) {
+    Sha256Digest digest{};
+    std::size_t digits = 0;
+    for (const char letter : text) {
+        if (letter == ':' || letter == ' ' || letter == '\t') {
+            continue;
+        }
+        const int value = HexValue(letter);
+        if (value < 0 || digits == 2 * digest.size()) {
+            return std::nullopt;
+        }
+        auto& byte = digest[digits / 2];
+        byte = static_cast<std::uint8_t>(byte * 16 + value);
+        ++digits;
+    }
+    return digits == 2 * digest.size() ? std::optional(digest) : std::nullopt;
+}
+
+std::string FingerprintText(const Sha256Digest& digest) {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string text;
+    for (const std::uint8_t byte : digest) {
+        if (!text.empty()) {
+            text += ':';
+        }
+        text += kDigits[byte >> 4U];
+        text += kDigits[byte & 0x0FU];
+    }
+    return text;
+}
+
+TlsTrust::TlsTrust(const CurlSettings& settings) : settings_(settings) {
+    if (settings.fingerprint.empty()) {
+        return;
+    }
+    pin_ = ParseFingerprint(settings.fingerprint);
+    if (!pin_) {
+        setup_error_ =
+            "the certificate fingerprint is malformed: 64 hexadecimal digits (SHA-256) are needed";
+    }
+}
+
+void TlsTrust::Apply(CURL* easy) {
+    curl_easy_setopt(easy, CURLOPT_SSLVERSION,
+                     static_cast<long>(settings_.legacy_tls ? CURL_SSLVERSION_TLSv1_0
+                                                            : CURL_SSLVERSION_TLSv1_2));
+    if (settings_.legacy_tls) {
+        curl_easy_setopt(easy, CURLOPT_SSL_CIPHER_LIST, "DEFAULT:@SECLEVEL=0");
+    }
+    ApplyTrust(easy);
+    if (pin_ || settings_.legacy_tls) {
+        curl_easy_setopt(easy, CURLOPT_SSL_CTX_FUNCTION, &ConfigureContext);
+        curl_easy_setopt(easy, CURLOPT_SSL_CTX_DATA, this);
+    }
+}
+
+void TlsTrust::ApplyTrust(CURL* easy) const {
+    const bool check_chain = settings_.verify_certificate && !pin_;
+    curl_easy_setopt(easy, CURLOPT_SSL_VERIFYPEER, check_chain ? 1L : 0L);
+    curl_easy_setopt(easy, CURLOPT_SSL_VERIFYHOST, check_chain ? 2L : 0L);
+    if (check_chain && settings_.ca_file.empty()) {
+        return;
+    }
+    // A CA file replaces the system's store, it does not add to it; and a store that nobody asks is
+    // not loaded at all (24 ms).
+    curl_easy_setopt(easy, CURLOPT_CAPATH, nullptr);
+    curl_easy_setopt(easy, CURLOPT_CAINFO, check_chain ? settings_.ca_file.c_str() : nullptr);
+}
+
+bool TlsTrust::IsWanted(const std::uint8_t* certificate, std::size_t size) {
+    Sha256Digest digest{};
+    SHA256(certificate, size, digest.data());
+    if (pin_ && digest == *pin_) {
+        return true;
+    }
+    seen_fingerprint_ = FingerprintText(digest);
+    return false;
+}
+
+std::string TlsTrust::Explain(CURLcode code, const std::string& text) const {
+    if (code == CURLE_SSL_CACERT_BADFILE && !settings_.ca_file.empty()) {
+        return "no certificates can be read from the CA file '" + settings_.ca_file + "'";
+    }
+    if (code == CURLE_PEER_FAILED_VERIFICATION && pin_ && !seen_fingerprint_.empty()) {
+        return "the certificate's SHA-256 fingerprint is " + seen_fingerprint_ +
+               ", which is not the expected one";
+    }
+    const bool is_tls_failure =
+        code == CURLE_SSL_CONNECT_ERROR || code == CURLE_PEER_FAILED_VERIFICATION;
+    if (is_tls_failure && !settings_.legacy_tls && MayLegacyTlsHelp(text)) {
+        return text + " (the option --tls-legacy allows old protocol versions and short keys)";
+    }
+    return text;
+}
+
+}  // namespace Vantix::transport
