@@ -1,0 +1,51 @@
+// A folder of its own for one test, removed with everything in it at the end.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
+
+namespace test_support {
+
+class TemporaryFolder {
+  public:
+    TemporaryFolder() {
+        std::random_device random;
+        const std::string name =
+            "tarsel-test-" + std::to_string(random()) + "-" + std::to_string(random());
+        path_ = std::filesystem::temp_directory_path() / name;
+        std::filesystem::create_directories(path_);
+    }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    [[nodiscard]] std::string Path(const std::string& name) const {
+        return (path_ / name).string();
+    }
+
+    /// Writes a file and returns its full path.
+    std::string Write(const std::string& name, const std::string& content) const {
+        std::ofstream file(path_ / name, std::ios::binary);
+        file << content;
+        return Path(name);
+    }
+
+    [[nodiscard]] std::string Read(const std::string& name) const { return ReadFile(Path(name)); }
+
+    /// Empty when there is no such file.
+    static std::string ReadFile(const std::string& path) {
+        std::ifstream file(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    }
+
+  private:
+    std::filesystem::path path_;
+};
+
+}  // namespace test_support
