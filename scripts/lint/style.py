@@ -121,7 +121,8 @@ def check_header_shape(source):
         return
     if "#pragma once" not in source.code:
         yield source.finding(1, "header-shape", "no #pragma once")
-    if not source.text.lstrip().startswith(("//", "/*")):
+    opening = source.text.replace("#pragma once", "", 1).lstrip()
+    if not opening.startswith(("//", "/*")):
         yield source.finding(1, "header-shape", "a header opens with what it is for")
     for number, line in enumerate(source.code_lines, 1):
         if re.search(r"\busing\s+namespace\b", line):

@@ -17,7 +17,7 @@ _EVERYWHERE = [
     (re.compile(r"\bannex\b|\bissue #?\d+\b", re.IGNORECASE), "reference to a planning note"),
 ]
 _IN_COMMENTS = [
-    (re.compile(r"(?://|\*|^\s*#).*[\s(,][A-ERWLI]\d{1,3}(?=[\s),.;:]|$)"),
+    (re.compile(r"(?://|\*|^\s*#).*[\s(,](?:[ABDERWLI]\d{1,3}|C\d{2,3})(?=[\s),.;:]|$)"),
      "looks like the number of a decision; say the decision"),
 ]
 _RECORDED_DATA = re.compile(r"\.\./shar" r"ed/mockups|SHAR" r"ED_MOCKUPS")
