@@ -1,0 +1,19 @@
+#!/usr/bin/env python3
+"""Writes all generated scenarios beside this folder; `git diff` then shows what changed."""
+
+import odd_members
+import other_servers
+import rack_server
+
+
+def main():
+    rack_server.make()
+    other_servers.make_amd_ami()
+    other_servers.make_tavro_v3()
+    other_servers.make_enclosure()
+    other_servers.make_thin()
+    odd_members.make()
+
+
+if __name__ == "__main__":
+    main()
