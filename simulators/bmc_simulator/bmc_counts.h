@@ -1,6 +1,6 @@
-#pragma once
-
 // What a simulated BMC saw. A copy taken at one moment; tests assert on it.
+
+#pragma once
 
 #include <string>
 #include <string_view>

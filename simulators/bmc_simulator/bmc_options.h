@@ -1,7 +1,7 @@
-#pragma once
-
 // What a simulated BMC is told to be: its scenario, who may log in, its pace, its TLS and the
 // faults it shows. Plain values only; nothing here opens a socket or reads a file.
+
+#pragma once
 
 #include <chrono>
 #include <map>

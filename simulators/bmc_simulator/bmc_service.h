@@ -1,7 +1,7 @@
-#pragma once
-
 // The Redfish service of a simulated BMC without its sockets: request in, right answer out. Faults
 // and pace belong to the server around it. Used from one thread at a time.
+
+#pragma once
 
 #include <string>
 #include <string_view>

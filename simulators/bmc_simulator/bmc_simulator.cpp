@@ -8,22 +8,19 @@
 #include <boost/beast/http/status.hpp>
 #include <filesystem>
 #include <fstream>
-#include <mutex>
 #include <random>
 #include <set>
 #include <stdexcept>
 #include <thread>
 
-#include "bmc_simulator/bmc_service.h"
+#include "bmc_simulator/bmc_state.h"
 #include "bmc_simulator/certificate.h"
-#include "bmc_simulator/fault_plan.h"
-#include "bmc_simulator/fault_reply.h"
 #include "bmc_simulator/wire.h"
 
 namespace simulators {
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using Clock = BmcState::Clock;
 
 constexpr int kPortAttempts = 50;
 
@@ -107,47 +104,30 @@ class BmcSimulator::Impl {
     explicit Impl(BmcOptions options);
     ~Impl() { Stop(); }
     void Stop();
+    [[nodiscard]] std::string Url(const std::string& host) const;
 
-    mutable std::mutex mutex_;  ///< guards options_, counts_, service_, plan_, log_start_
-    BmcOptions options_;
-    const bool plain_http_;  ///< cannot change while connections are open
-    BmcCounts counts_;
-    BmcService service_;
-    FaultPlan plan_;
-    int log_start_ = 0;  ///< requests whose records were cleared away
+    const bool plain_http_;
+    BmcState state_;
     Certificate certificate_;
     std::string ca_file_;
     int port_ = 0;
 
   private:
-    void Listen();
-    bool TryListen(unsigned short port);
+    void Listen(const BmcOptions& options);
+    [[nodiscard]] bool TryListen(unsigned short port, bool ipv6);
     void Spawn();
     asio::awaitable<void> Accept(tcp::acceptor& acceptor);
     asio::awaitable<void> Serve(tcp::socket socket, int connection);
     asio::awaitable<void> ServeRequests(Wire& wire, int connection);
+    asio::awaitable<bool> ShakeHands(Wire& wire);
     asio::awaitable<bool> AnswerOne(Wire& wire, const ServiceRequest& request, int connection);
-    asio::awaitable<bool> Misbehave(Wire& wire, Fault::Kind kind);
-    asio::awaitable<bool> Send(Wire& wire, const ServiceRequest& request, ServiceReply reply,
-                               const std::optional<Fault>& fault);
-    asio::awaitable<bool> Drip(Wire& wire, std::string body, const Fault& fault);
-    Clock::time_point HandshakeSlot();
-    Clock::time_point ResponseSlot(const std::optional<Fault>& fault);
-    int TakeConnection();
-    std::pair<int, std::optional<Fault>> TakeRequest(const ServiceRequest& request, int connection);
-    void FinishRequest(int ordinal, int status);
-    ServiceReply Answer(const ServiceRequest& request, const std::optional<Fault>& fault);
-
-    template <typename Change>
-    void Count(Change change) {
-        const std::lock_guard lock(mutex_);
-        change(counts_);
-    }
+    static asio::awaitable<bool> GiveNoAnswer(Wire& wire, Fault::Kind kind);
+    static asio::awaitable<bool> Send(Wire& wire, const ServiceRequest& request, ServiceReply reply,
+                                      const std::optional<Fault>& fault);
+    static asio::awaitable<bool> Drip(Wire& wire, std::string body, const Fault& fault);
 
     // Used on the serving thread only.
     std::set<Wire*> wires_;
-    Clock::time_point handshakes_done_;
-    Clock::time_point responses_done_;
     bool stopping_ = false;
 
     asio::io_context io_{1};
@@ -156,33 +136,33 @@ class BmcSimulator::Impl {
     std::thread thread_;
 };
 
-BmcSimulator::Impl::Impl(BmcOptions options)
-    : options_(std::move(options)),
-      plain_http_(options_.plain_http),
-      service_(options_, counts_),
-      plan_(options_.faults) {
+BmcSimulator::Impl::Impl(BmcOptions options) : plain_http_(options.plain_http), state_(options) {
     if (!plain_http_) {
-        certificate_ = ChooseCertificate(options_);
-        SetUpTls(tls_, options_, certificate_);
+        certificate_ = ChooseCertificate(options);
+        SetUpTls(tls_, options, certificate_);
     }
-    Listen();
+    Listen(options);
     if (!plain_http_) ca_file_ = WriteCaFile(certificate_.certificate_pem);
     Spawn();
 }
 
-void BmcSimulator::Impl::Listen() {
-    const bool any_port = options_.port == 0;
-    for (int attempt = 0; attempt < (any_port ? kPortAttempts : 1); ++attempt) {
-        if (TryListen(static_cast<unsigned short>(options_.port))) return;
-    }
-    throw std::runtime_error("cannot listen on loopback port " + std::to_string(options_.port));
+std::string BmcSimulator::Impl::Url(const std::string& host) const {
+    return (plain_http_ ? "http://" : "https://") + host + ":" + std::to_string(port_);
 }
 
-bool BmcSimulator::Impl::TryListen(unsigned short port) {
+void BmcSimulator::Impl::Listen(const BmcOptions& options) {
+    const bool any_port = options.port == 0;
+    for (int attempt = 0; attempt < (any_port ? kPortAttempts : 1); ++attempt) {
+        if (TryListen(static_cast<unsigned short>(options.port), options.listen_ipv6)) return;
+    }
+    throw std::runtime_error("cannot listen on loopback port " + std::to_string(options.port));
+}
+
+bool BmcSimulator::Impl::TryListen(unsigned short port, bool ipv6) {
     acceptors_.clear();
     boost::system::error_code error;
     std::vector<tcp::endpoint> endpoints = {{asio::ip::address_v4::loopback(), port}};
-    if (options_.listen_ipv6) endpoints.emplace_back(asio::ip::address_v6::loopback(), port);
+    if (ipv6) endpoints.emplace_back(asio::ip::address_v6::loopback(), port);
     for (tcp::endpoint endpoint : endpoints) {
         // The second address takes the port that the first one got.
         if (!acceptors_.empty()) endpoint.port(static_cast<unsigned short>(port_));
@@ -225,7 +205,7 @@ asio::awaitable<void> BmcSimulator::Impl::Accept(tcp::acceptor& acceptor) {
             co_await acceptor.async_accept(asio::redirect_error(asio::use_awaitable, error));
         if (error == asio::error::operation_aborted) co_return;
         if (error) continue;
-        const int connection = TakeConnection();
+        const int connection = state_.TakeConnection();
         if (connection == 0) {
             socket.set_option(asio::socket_base::linger(true, 0), error);
             continue;
@@ -234,31 +214,22 @@ asio::awaitable<void> BmcSimulator::Impl::Accept(tcp::acceptor& acceptor) {
     }
 }
 
-int BmcSimulator::Impl::TakeConnection() {
-    const std::lock_guard lock(mutex_);
-    if (options_.max_connections > 0 && counts_.connections_open >= options_.max_connections) {
-        ++counts_.connections_refused;
-        return 0;
-    }
-    ++counts_.connections_open;
-    counts_.most_connections = std::max(counts_.most_connections, counts_.connections_open);
-    return ++counts_.connections;
-}
-
 asio::awaitable<void> BmcSimulator::Impl::Serve(tcp::socket socket, int connection) {
     Wire wire(std::move(socket), tls_, plain_http_);
     wires_.insert(&wire);
     if (stopping_) wire.Close();
-    const bool paced = co_await wire.PauseUntil(HandshakeSlot());
-    const bool shaken = paced && co_await wire.Handshake();
-    Count([&](BmcCounts& counts) {
-        if (shaken && !plain_http_) ++counts.handshakes;
-        if (!shaken) ++counts.handshakes_failed;
-    });
-    if (shaken) co_await ServeRequests(wire, connection);
+    const bool ready = plain_http_ || co_await ShakeHands(wire);
+    if (ready) co_await ServeRequests(wire, connection);
     wire.Close();
     wires_.erase(&wire);
-    Count([](BmcCounts& counts) { --counts.connections_open; });
+    state_.DropConnection();
+}
+
+asio::awaitable<bool> BmcSimulator::Impl::ShakeHands(Wire& wire) {
+    const bool paced = co_await wire.PauseUntil(state_.HandshakeSlot());
+    const bool completed = paced && co_await wire.Handshake();
+    state_.CountHandshake(completed);
+    co_return completed;
 }
 
 asio::awaitable<void> BmcSimulator::Impl::ServeRequests(Wire& wire, int connection) {
@@ -270,70 +241,23 @@ asio::awaitable<void> BmcSimulator::Impl::ServeRequests(Wire& wire, int connecti
     co_await wire.CloseCleanly();
 }
 
-Clock::time_point BmcSimulator::Impl::HandshakeSlot() {
-    const std::lock_guard lock(mutex_);
-    if (plain_http_ || options_.handshake_delay.count() == 0) return {};
-    // A small processor does its public-key work one handshake after the other.
-    handshakes_done_ = std::max(handshakes_done_, Clock::now()) + options_.handshake_delay;
-    return handshakes_done_;
-}
-
-Clock::time_point BmcSimulator::Impl::ResponseSlot(const std::optional<Fault>& fault) {
-    const std::lock_guard lock(mutex_);
-    auto pace = options_.latency;
-    if (fault && fault->kind == Fault::Kind::kDelay) pace += fault->delay;
-    if (pace.count() == 0) return {};
-    if (!options_.serialize) return Clock::now() + pace;
-    responses_done_ = std::max(responses_done_, Clock::now()) + pace;
-    return responses_done_;
-}
-
-std::pair<int, std::optional<Fault>> BmcSimulator::Impl::TakeRequest(const ServiceRequest& request,
-                                                                     int connection) {
-    const std::lock_guard lock(mutex_);
-    ++counts_.requests;
-    ++counts_.in_flight;
-    counts_.most_in_flight = std::max(counts_.most_in_flight, counts_.in_flight);
-    if (FindHeader(request.headers, "Authorization")) ++counts_.authorization_headers_seen;
-    counts_.log.push_back({request.method, request.target, request.headers, connection, 0});
-    return {log_start_ + counts_.requests,
-            plan_.Next(request.method, request.target, counts_.requests)};
-}
-
-void BmcSimulator::Impl::FinishRequest(int ordinal, int status) {
-    const std::lock_guard lock(mutex_);
-    --counts_.in_flight;
-    const int index = ordinal - log_start_ - 1;
-    if (index >= 0 && index < static_cast<int>(counts_.log.size())) {
-        counts_.log[static_cast<std::size_t>(index)].status = status;
-    }
-}
-
-ServiceReply BmcSimulator::Impl::Answer(const ServiceRequest& request,
-                                        const std::optional<Fault>& fault) {
-    const std::lock_guard lock(mutex_);
-    ServiceReply reply = service_.Answer(request);
-    return fault ? ApplyFault(*fault, std::move(reply)) : reply;
-}
-
 asio::awaitable<bool> BmcSimulator::Impl::AnswerOne(Wire& wire, const ServiceRequest& request,
                                                     int connection) {
-    const auto [ordinal, fault] = TakeRequest(request, connection);
-    const bool paced = co_await wire.PauseUntil(ResponseSlot(fault));
-    const bool refused = paced && fault && co_await Misbehave(wire, fault->kind);
-    if (!paced || refused) {
-        FinishRequest(ordinal, 0);
+    const BmcState::Taken taken = state_.TakeRequest(request, connection);
+    const bool paced = co_await wire.PauseUntil(state_.ResponseSlot(taken.fault));
+    const bool silent = paced && taken.fault && co_await GiveNoAnswer(wire, taken.fault->kind);
+    if (!paced || silent) {
+        state_.FinishRequest(taken.ordinal, 0);
         co_return false;
     }
-    ServiceReply reply = Answer(request, fault);
-    const int status = reply.status;
+    ServiceReply reply = state_.Answer(request, taken.fault);
     // Before the bytes leave: whoever has read the answer must find it counted.
-    FinishRequest(ordinal, status);
-    co_return co_await Send(wire, request, std::move(reply), fault);
+    state_.FinishRequest(taken.ordinal, reply.status);
+    co_return co_await Send(wire, request, std::move(reply), taken.fault);
 }
 
 /// True where the fault is to give no answer at all.
-asio::awaitable<bool> BmcSimulator::Impl::Misbehave(Wire& wire, Fault::Kind kind) {
+asio::awaitable<bool> BmcSimulator::Impl::GiveNoAnswer(Wire& wire, Fault::Kind kind) {
     if (kind == Fault::Kind::kReset) {
         wire.Reset();
     } else if (kind == Fault::Kind::kSilent) {
@@ -382,13 +306,11 @@ int BmcSimulator::Port() const {
 }
 
 std::string BmcSimulator::Url() const {
-    const std::string scheme = impl_->plain_http_ ? "http" : "https";
-    return scheme + "://127.0.0.1:" + std::to_string(impl_->port_);
+    return impl_->Url("127.0.0.1");
 }
 
 std::string BmcSimulator::UrlIpv6() const {
-    const std::string scheme = impl_->plain_http_ ? "http" : "https";
-    return scheme + "://[::1]:" + std::to_string(impl_->port_);
+    return impl_->Url("[::1]");
 }
 
 const std::string& BmcSimulator::CertificatePem() const {
@@ -404,42 +326,27 @@ const std::string& BmcSimulator::CaFile() const {
 }
 
 BmcCounts BmcSimulator::Counts() const {
-    const std::lock_guard lock(impl_->mutex_);
-    return impl_->counts_;
+    return impl_->state_.Counts();
 }
 
 void BmcSimulator::ResetCounts() {
-    const std::lock_guard lock(impl_->mutex_);
-    BmcCounts fresh;
-    fresh.connections_open = impl_->counts_.connections_open;
-    fresh.in_flight = impl_->counts_.in_flight;
-    fresh.sessions_open = impl_->counts_.sessions_open;
-    impl_->log_start_ += impl_->counts_.requests;
-    impl_->counts_ = fresh;
+    impl_->state_.ResetCounts();
 }
 
 BmcOptions BmcSimulator::Options() const {
-    const std::lock_guard lock(impl_->mutex_);
-    return impl_->options_;
+    return impl_->state_.Options();
 }
 
 void BmcSimulator::SetOptions(BmcOptions options) {
-    const std::lock_guard lock(impl_->mutex_);
-    options.plain_http = impl_->plain_http_;
-    impl_->options_ = std::move(options);
-    impl_->plan_ = FaultPlan(impl_->options_.faults);
-    impl_->service_.ReloadReplacedBodies();
+    impl_->state_.SetOptions(std::move(options));
 }
 
 void BmcSimulator::SetFaults(std::vector<FaultRule> faults) {
-    const std::lock_guard lock(impl_->mutex_);
-    impl_->options_.faults = faults;
-    impl_->plan_ = FaultPlan(std::move(faults));
+    impl_->state_.SetFaults(std::move(faults));
 }
 
 void BmcSimulator::ForgetSessions() {
-    const std::lock_guard lock(impl_->mutex_);
-    impl_->service_.ForgetSessions();
+    impl_->state_.ForgetSessions();
 }
 
 void BmcSimulator::Stop() {

@@ -1,5 +1,3 @@
-#pragma once
-
 // A simulated BMC: a Redfish service over real TLS on loopback, served from a scenario folder by a
 // background thread. It shares no source with the product, so that a misreading of the protocol
 // cannot hide on both sides. It does not validate schemas and keeps no state but its sessions.
@@ -9,6 +7,8 @@
 //   BmcSimulator bmc(options);
 //   ... talk to bmc.Url() with the CA file bmc.CaFile() ...
 //   EXPECT_EQ(bmc.Counts().sessions_open, 0);
+
+#pragma once
 
 #include <memory>
 #include <string>

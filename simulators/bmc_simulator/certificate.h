@@ -1,6 +1,6 @@
-#pragma once
-
 // A throw-away self-signed certificate for a simulated machine. Made in memory; writes no file.
+
+#pragma once
 
 #include <string>
 #include <vector>

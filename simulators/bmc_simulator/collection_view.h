@@ -1,7 +1,7 @@
-#pragma once
-
 // What the query parameters $expand and $skip make of a collection. Pure: JSON text in, JSON text
 // out. Only collections are expanded, one level deep; other resources are served as they stand.
+
+#pragma once
 
 #include <functional>
 #include <optional>

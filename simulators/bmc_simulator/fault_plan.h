@@ -1,6 +1,6 @@
-#pragma once
-
 // Chooses which request shows which fault. Applies nothing itself.
+
+#pragma once
 
 #include <optional>
 #include <string_view>

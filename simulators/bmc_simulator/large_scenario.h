@@ -1,6 +1,6 @@
-#pragma once
-
 // Generated scenario folders of any size, for benchmarks. All data are invented.
+
+#pragma once
 
 #include <string>
 

@@ -1,7 +1,7 @@
-#pragma once
-
 // Who may ask: sessions (made, used, ended, expired) and Basic credentials, with the ways in which
 // real BMCs get this wrong. Counts what it decides. Knows no resources but the sessions themselves.
+
+#pragma once
 
 #include <map>
 #include <optional>

@@ -1,8 +1,8 @@
-#pragma once
-
 // The resources of a scenario folder in memory: redfish/v1/X/index.json is /redfish/v1/X. Recorded
 // trees of real machines follow the same rules, which is why they are read so forgivingly. Knows
 // nothing of queries but the ones that are part of a folder's name (X?$skip=75).
+
+#pragma once
 
 #include <map>
 #include <string>

@@ -1,6 +1,6 @@
-#pragma once
-
 // One HTTP request and its answer as values, between the sockets and the simulated service.
+
+#pragma once
 
 #include <string>
 #include <string_view>

@@ -1,7 +1,7 @@
-#pragma once
-
 // One accepted connection, TLS or plain, as coroutines. Includes Boost.Beast: only the server's one
 // translation unit may include this. Single-threaded; knows no HTTP beyond reading one request.
+
+#pragma once
 
 #include <boost/asio/awaitable.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -35,9 +35,7 @@ class Wire {
         stream_.next_layer().set_option(tcp::no_delay(true), ignored);
     }
 
-    /// True at once on a plain connection.
     asio::awaitable<bool> Handshake() {
-        if (plain_) co_return true;
         boost::system::error_code error;
         co_await stream_.async_handshake(asio::ssl::stream_base::server,
                                          asio::redirect_error(asio::use_awaitable, error));

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Writes all generated scenarios beside this folder; `git diff` then shows what changed."""
 
+import enclosure_module
 import odd_members
 import other_servers
 import rack_server
@@ -10,7 +11,7 @@ def main():
     rack_server.make()
     other_servers.make_amd_ami()
     other_servers.make_tavro_v3()
-    other_servers.make_enclosure()
+    enclosure_module.make()
     other_servers.make_thin()
     odd_members.make()
 
