@@ -4,6 +4,7 @@
 #include <deque>
 #include <utility>
 
+#include "transport/http/connection_budget.h"
 #include "transport/http/retry_rules.h"
 
 namespace Vantix::transport {
@@ -67,6 +68,7 @@ struct PoliteTransport::State : std::enable_shared_from_this<State> {
     HttpError stop_error;
     TimePoint deadline = TimePoint::max();
     Counts counts;
+    ConnectionBudget budget;
     bool is_distressed = false;
     bool is_reuse_off = false;
     bool has_any_answer = false;
@@ -179,7 +181,9 @@ void PoliteTransport::State::Abort(AbortScope scope) {
 
 bool PoliteTransport::State::MaySendMore() const {
     const int limit = is_distressed ? 1 : settings.max_in_flight;
-    return phase != Phase::kStopped && static_cast<int>(flying.size()) < limit;
+    const int in_flight = static_cast<int>(flying.size());
+    return phase != Phase::kStopped && in_flight < limit &&
+           budget.MaySend(in_flight, static_cast<int>(waiting.size()));
 }
 
 void PoliteTransport::State::StartReady() {
@@ -202,6 +206,7 @@ void PoliteTransport::State::Send(const JobPointer& job) {
         other->history.was_beside_others = true;
     }
     flying.push_back(job);
+    budget.Sent(static_cast<int>(flying.size()));
     counts.requests += 1;
     counts.repetitions += job->was_sent ? 1 : 0;
     counts.most_in_flight = std::max(counts.most_in_flight, static_cast<int>(flying.size()));
@@ -251,6 +256,8 @@ void PoliteTransport::State::TakeOutcome(const JobPointer& job, HttpOutcome&& ou
     flying.erase(found);
     has_any_answer = has_any_answer || outcome.Answered();
     is_distressed = is_distressed || IsSignOfDistress(outcome);
+    budget.Ended(outcome);
+    counts.unavailable += outcome.response.status == 503 ? 1 : 0;
     Count(*job, outcome);
     if (!Repeat(job, outcome)) {
         End(job, std::move(outcome));

@@ -1,0 +1,100 @@
+// Connections to Redfish services.
+
+#include <memory>
+#include <utility>
+
+#include "common/result/result_codes.h"
+#include "platform/connection/connection.h"
+#include "platform/connection/redfish_errors.h"
+#include "platform/log/log.h"
+#include "platform/log/log_settings.h"
+#include "platform/redfish/enclosure_manager.h"
+#include "platform/redfish/redfish_channel.h"
+#include "transport/http/curl_transport.h"
+
+namespace Vantix::VantixConnection {
+
+namespace {
+
+constexpr const char* kLogSource = "redfish_connection";
+constexpr int kHttpsPort = 443;
+
+int PortOf(const ConnectOption& option) { return option.port == 0 ? kHttpsPort : option.port; }
+
+std::string TargetText(const ConnectOption& option) {
+    const bool is_v6 = option.target_address.find(':') != std::string::npos;
+    const std::string host =
+        is_v6 ? "[" + option.target_address + "]" : option.target_address;
+    return host + ":" + std::to_string(PortOf(option));
+}
+
+transport::CurlSettings CurlSettingsOf(const ConnectOption& option) {
+    transport::CurlSettings settings;
+    settings.host = option.target_address;
+    settings.port = PortOf(option);
+    settings.verify_certificate = option.verify_certificate;
+    settings.ca_file = option.ca_file;
+    settings.fingerprint = option.fingerprint;
+    settings.legacy_tls = option.legacy_tls;
+    settings.proxy = option.proxy;
+    settings.use_environment_proxy = option.use_environment_proxy;
+    settings.connect_timeout = transport::Milliseconds(1000LL * option.connect_timeout_seconds);
+    settings.max_body_bytes = option.max_body_bytes;
+    settings.max_connections = option.max_parallel;
+    return settings;
+}
+
+ConnectionInfo InfoOf(const ConnectOption& option) {
+    ConnectionInfo info;
+    info.connect_case = kConnectCaseRest;
+    info.host = option.target_address;
+    info.port = PortOf(option);
+    info.user = option.user;
+    info.password = option.password;
+    info.base_uri = "https://" + TargetText(option);
+    info.ca_file = option.ca_file;
+    info.fingerprint = option.fingerprint;
+    info.verify_certificate = option.verify_certificate;
+    info.timeout_seconds = option.timeout_seconds;
+    return info;
+}
+
+TarselResult Refuse(const ConnectOption& option) {
+    return TarselResult(AUTHENTICATION_FAILED,
+                        "No further login is tried on " + TargetText(option) +
+                            ": user name or password was refused before; check both and start "
+                            "the scan again.");
+}
+
+}  // namespace
+
+TarselResult GetRESTConnection(const ConnectOption& option, ConnectionInfo& connection) {
+    connection = ConnectionInfo();
+    if (!option.run->MayTryLogin()) return Refuse(option);
+    AddLogSecret(option.password);
+    auto channel = std::make_shared<redfish::RedfishChannel>(
+        option, std::make_unique<transport::CurlTransport>(CurlSettingsOf(option)),
+        transport::SystemClock());
+    const transport::RedfishFailure failure = channel->Open();
+    if (failure) {
+        const TarselResult result = ResultOfConnectFailure(failure, TargetText(option));
+        Log(2, kLogSource, __LINE__).Stream() << "Redfish connection failed: " << result;
+        option.run->RecordFailure(result);
+        return result;
+    }
+    connection = InfoOf(option);
+    if (redfish::IsEnclosureManager(*channel)) connection.connect_case = kConnectCaseVeskRest;
+    connection.channel = std::move(channel);
+    return TarselResult(SUCCEED, "");
+}
+
+TarselResult GetRESTConnectionList(const ConnectOption& option,
+                                   std::vector<ConnectionInfo>& list) {
+    list.clear();
+    ConnectionInfo connection;
+    TarselResult result = GetRESTConnection(option, connection);
+    if (result.IsSucceed()) list.push_back(std::move(connection));
+    return result;
+}
+
+}  // namespace Vantix::VantixConnection

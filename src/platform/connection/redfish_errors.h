@@ -1,0 +1,19 @@
+// What a failure to reach or use a Redfish service means to the user: one code, one sentence.
+#pragma once
+
+#include <string>
+
+#include "common/result/tarsel_result.h"
+#include "transport/redfish/redfish_answer.h"
+
+namespace Vantix::VantixConnection {
+
+/// The result of a connection that failed. `target` is host and port as the user would write them.
+/// The message says what failed, where, and what to do.
+TarselResult ResultOfConnectFailure(const transport::RedfishFailure& failure,
+                                    const std::string& target);
+
+/// The result code of a resource that could not be read over an established connection.
+int CodeOfReadFailure(const transport::RedfishFailure& failure);
+
+}  // namespace Vantix::VantixConnection
