@@ -4,7 +4,7 @@
 
 #include "transport/redfish/extended_info.h"
 #include "transport/redfish/json_document.h"
-#include "transport/redfish/json_fields.h"
+#include "transport/text/text_cleaning.h"
 
 namespace Vantix::transport {
 
@@ -16,9 +16,7 @@ std::string Asked(const char* method, const std::string& path) {
     return std::string(method) + " " + path;
 }
 
-std::string Quoted(const std::string& body) {
-    return CleanText(std::string_view(body).substr(0, kQuotedCharacters));
-}
+std::string Quoted(const std::string& body) { return CleanStart(body, kQuotedCharacters); }
 
 RedfishProblem ProblemOfStatus(int status) {
     switch (status) {
@@ -67,7 +65,7 @@ RedfishFailure BodyFailure(const char* method, const std::string& path,
     const std::string type = CleanText(response.Header("content-type"));
     failure.text = Asked(method, path) + " answered " + std::to_string(response.status) +
                    " with no JSON resource (" + (type.empty() ? "no content type" : type) + "; " +
-                   why + "): " + Quoted(response.body);
+                   why + ")";
     return failure;
 }
 
@@ -116,15 +114,15 @@ RedfishAnswer ReadAnswer(const char* method, const std::string& path, HttpOutcom
         return answer;
     }
     if (response.status == 204) return answer;
-    JsonDocument document = ParseJson(response.body);
-    boost::json::object* body = document.Ok() ? document.value.if_object() : nullptr;
+    json::JsonDocument document = json::ParseJson(response.body);
+    boost::json::object* body = document.IsValid() ? document.value.if_object() : nullptr;
     std::vector<ServiceMessage> messages;
     if (body != nullptr) messages = ReadMessages(*body);
     for (const auto& message : messages) answer.message_ids.push_back(message.id);
     if (!IsSuccess(response.status)) {
         answer.failure = StatusFailure(method, path, response, messages);
     } else if (body == nullptr) {
-        const std::string why = document.Ok() ? "not an object" : document.error_text;
+        const std::string why = document.IsValid() ? "not an object" : document.error;
         answer.failure = BodyFailure(method, path, response, why);
     } else if (IsErrorDocument(*body)) {
         answer.failure = FailureInside(method, path, response, messages);
