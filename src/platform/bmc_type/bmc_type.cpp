@@ -26,6 +26,8 @@ int OssaTypeAcquire::GetOssaType(int& type) {
     return SUCCEED;
 }
 
-std::string OssaTypeAcquire::OssaTypeToString(int type) { return redfish::BmcKindText(type); }
+std::string OssaTypeAcquire::OssaTypeToString(int type) {
+    return redfish::BmcKindText(type);
+}
 
 }  // namespace Vantix::Agentless

@@ -19,12 +19,13 @@ namespace {
 constexpr const char* kLogSource = "redfish_connection";
 constexpr int kHttpsPort = 443;
 
-int PortOf(const ConnectOption& option) { return option.port == 0 ? kHttpsPort : option.port; }
+int PortOf(const ConnectOption& option) {
+    return option.port == 0 ? kHttpsPort : option.port;
+}
 
 std::string TargetText(const ConnectOption& option) {
     const bool is_v6 = option.target_address.find(':') != std::string::npos;
-    const std::string host =
-        is_v6 ? "[" + option.target_address + "]" : option.target_address;
+    const std::string host = is_v6 ? "[" + option.target_address + "]" : option.target_address;
     return host + ":" + std::to_string(PortOf(option));
 }
 
@@ -88,8 +89,7 @@ TarselResult GetRESTConnection(const ConnectOption& option, ConnectionInfo& conn
     return TarselResult(SUCCEED, "");
 }
 
-TarselResult GetRESTConnectionList(const ConnectOption& option,
-                                   std::vector<ConnectionInfo>& list) {
+TarselResult GetRESTConnectionList(const ConnectOption& option, std::vector<ConnectionInfo>& list) {
     list.clear();
     ConnectionInfo connection;
     TarselResult result = GetRESTConnection(option, connection);

@@ -73,8 +73,10 @@ Row RowOf(const RedfishFailure& failure) {
         case RedfishProblem::kStatus:
             return {GET_RESTFUL_DATA_FAILED, "The Redfish service did not work on",
                     "try again later, and restart the BMC if it keeps happening"};
-        case RedfishProblem::kNotReached: return RowOfTransport(failure.transport);
-        case RedfishProblem::kNone: break;
+        case RedfishProblem::kNotReached:
+            return RowOfTransport(failure.transport);
+        case RedfishProblem::kNone:
+            break;
     }
     return {SUCCEED, "", ""};
 }

@@ -44,9 +44,9 @@ class DeviceSurvey : public SurveyTask {
     bool chassis_devices_asked_ = false;
     bool system_known_ = false;
     std::map<std::size_t, std::vector<Resource>> controllers_;  ///< by index of their storage
-    std::set<std::string> seen_;           ///< device paths already asked for
-    std::vector<std::string> drive_links_;  ///< from storage, in order
-    int drive_collections_ = 0;             ///< still being read
+    std::set<std::string> seen_;                                ///< device paths already asked for
+    std::vector<std::string> drive_links_;                      ///< from storage, in order
+    int drive_collections_ = 0;                                 ///< still being read
 };
 
 }  // namespace Vantix::redfish

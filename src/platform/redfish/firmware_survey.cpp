@@ -43,7 +43,9 @@ void FirmwareSurvey::Start() {
     ReadInventory(service_path_ + "/FirmwareInventory");
 }
 
-void FirmwareSurvey::CheckLinks() { ReadUpdateService(); }
+void FirmwareSurvey::CheckLinks() {
+    ReadUpdateService();
+}
 
 void FirmwareSurvey::ReadInventory(const std::string& path) {
     path_ = path;
@@ -71,7 +73,8 @@ void FirmwareSurvey::InventoryEnded(const std::string& path, const RedfishFailur
 void FirmwareSurvey::ReadUpdateService() {
     if (service_asked_) return;
     service_asked_ = true;
-    Read(service_path_, true, [this](RedfishAnswer&& answer) { TakeUpdateService(std::move(answer)); });
+    Read(service_path_, true,
+         [this](RedfishAnswer&& answer) { TakeUpdateService(std::move(answer)); });
 }
 
 void FirmwareSurvey::TakeUpdateService(RedfishAnswer&& answer) {
@@ -84,8 +87,7 @@ void FirmwareSurvey::TakeUpdateService(RedfishAnswer&& answer) {
 void FirmwareSurvey::CompareLinks() {
     if (!inventory_ended_ || !service_ended_ || compared_) return;
     compared_ = true;
-    const std::string linked =
-        InventoryLink(context_.snapshot.update_service, "FirmwareInventory");
+    const std::string linked = InventoryLink(context_.snapshot.update_service, "FirmwareInventory");
     if (!linked.empty() && !IsSameLink(linked, path_)) {
         context_.snapshot.firmware.clear();
         Forget(kFirmwareSource);
@@ -102,8 +104,7 @@ void FirmwareSurvey::CompareLinks() {
 }
 
 void FirmwareSurvey::ReadSoftwareInventory() {
-    const std::string linked =
-        InventoryLink(context_.snapshot.update_service, "SoftwareInventory");
+    const std::string linked = InventoryLink(context_.snapshot.update_service, "SoftwareInventory");
     if (linked.empty()) return;
     CollectionOptions options;
     options.get.is_slow = true;

@@ -26,7 +26,9 @@ constexpr Milliseconds kSettleWait{3000};
 constexpr int kSettleRounds = 5;
 constexpr int kHttpsPort = 443;
 
-Milliseconds Seconds(int seconds) { return Milliseconds(1000LL * seconds); }
+Milliseconds Seconds(int seconds) {
+    return Milliseconds(1000LL * seconds);
+}
 
 PoliteSettings PoliteSettingsOf(const ConnectOption& option) {
     PoliteSettings settings;
@@ -39,9 +41,12 @@ PoliteSettings PoliteSettingsOf(const ConnectOption& option) {
 
 transport::LoginMethod LoginMethodOf(VantixConnection::AuthMethod method) {
     switch (method) {
-        case VantixConnection::AuthMethod::kSession: return transport::LoginMethod::kSession;
-        case VantixConnection::AuthMethod::kBasic: return transport::LoginMethod::kBasic;
-        case VantixConnection::AuthMethod::kAuto: break;
+        case VantixConnection::AuthMethod::kSession:
+            return transport::LoginMethod::kSession;
+        case VantixConnection::AuthMethod::kBasic:
+            return transport::LoginMethod::kBasic;
+        case VantixConnection::AuthMethod::kAuto:
+            break;
     }
     return transport::LoginMethod::kAuto;
 }
@@ -90,7 +95,9 @@ RedfishChannel::RedfishChannel(const ConnectOption& option,
       devices_({service_, snapshot_, *option_.run}),
       memory_(std::make_unique<MemorySurvey>(SurveyContext{service_, snapshot_, *option_.run})) {}
 
-RedfishChannel::~RedfishChannel() { Close(); }
+RedfishChannel::~RedfishChannel() {
+    Close();
+}
 
 RedfishChannel* RedfishChannel::Of(const VantixConnection::ConnectionInfo& connection) {
     const bool is_redfish = connection.connect_case == VantixConnection::kConnectCaseRest ||
@@ -182,9 +189,13 @@ redfish::Inventory RedfishChannel::ReadInventory() {
     return redfish::ReadInventory(Inventory(), option_.system_id);
 }
 
-bool RedfishChannel::IsInventoryPartial() { return firmware_.FailedMembers() > 0; }
+bool RedfishChannel::IsInventoryPartial() {
+    return firmware_.FailedMembers() > 0;
+}
 
-const RedfishFailure& RedfishChannel::InventoryFailure() const { return firmware_.Failure(); }
+const RedfishFailure& RedfishChannel::InventoryFailure() const {
+    return firmware_.Failure();
+}
 
 // A controller that has just started lists its components bit by bit.
 void RedfishChannel::SettleInventory() {

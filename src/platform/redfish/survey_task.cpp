@@ -14,19 +14,23 @@ using VantixConnection::SourceState;
 
 SourceState StateOf(const RedfishFailure& failure) {
     switch (failure.problem) {
-        case RedfishProblem::kNone: return SourceState::kComplete;
-        case RedfishProblem::kNotFound: return SourceState::kUnsupported;
+        case RedfishProblem::kNone:
+            return SourceState::kComplete;
+        case RedfishProblem::kNotFound:
+            return SourceState::kUnsupported;
         case RedfishProblem::kUnauthorized:
         case RedfishProblem::kForbidden:
         case RedfishProblem::kLicence:
-        case RedfishProblem::kPasswordChange: return SourceState::kDenied;
+        case RedfishProblem::kPasswordChange:
+            return SourceState::kDenied;
         case RedfishProblem::kNotReached:
             return failure.transport == HttpErrorKind::kTimeout ||
                            failure.transport == HttpErrorKind::kConnectTimeout ||
                            failure.transport == HttpErrorKind::kDeadline
                        ? SourceState::kTimeout
                        : SourceState::kFailed;
-        default: return SourceState::kFailed;
+        default:
+            return SourceState::kFailed;
     }
 }
 

@@ -4,7 +4,9 @@
 
 namespace Vantix::transport {
 
-void ConnectionBudget::Sent(int flying) { open_ = std::max(open_, flying); }
+void ConnectionBudget::Sent(int flying) {
+    open_ = std::max(open_, flying);
+}
 
 void ConnectionBudget::Ended(const HttpOutcome& outcome) {
     if (!outcome.Answered()) return;

@@ -24,9 +24,9 @@ class ConnectionBudget {
     [[nodiscard]] bool MaySend(int flying, int waiting) const;
 
   private:
-    int open_ = 0;                ///< connections believed open: the most that were in use at once
-    double handshake_ms_ = 0;     ///< the cheapest one seen; 0: none yet
-    double response_ms_ = 0;      ///< average
+    int open_ = 0;             ///< connections believed open: the most that were in use at once
+    double handshake_ms_ = 0;  ///< the cheapest one seen; 0: none yet
+    double response_ms_ = 0;   ///< average
     int responses_ = 0;
 };
 

@@ -30,7 +30,9 @@ struct Authority {
     bool is_valid = false;
 };
 
-int DefaultPort(std::string_view scheme) { return EqualIgnoringCase(scheme, "https") ? 443 : 80; }
+int DefaultPort(std::string_view scheme) {
+    return EqualIgnoringCase(scheme, "https") ? 443 : 80;
+}
 
 // Splits "host:port" or "[v6]:port"; user information makes it invalid.
 Authority ReadAuthority(std::string_view text, int default_port) {
@@ -47,10 +49,9 @@ Authority ReadAuthority(std::string_view text, int default_port) {
     authority.is_valid = !host.empty();
     if (colon == std::string_view::npos) return authority;
     const std::string_view digits = text.substr(colon + 1);
-    const auto read =
-        std::from_chars(digits.data(), digits.data() + digits.size(), authority.port);
-    authority.is_valid = authority.is_valid && read.ec == std::errc() &&
-                         read.ptr == digits.data() + digits.size();
+    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), authority.port);
+    authority.is_valid =
+        authority.is_valid && read.ec == std::errc() && read.ptr == digits.data() + digits.size();
     return authority;
 }
 
@@ -110,9 +111,17 @@ std::string RedirectFollower::TargetOf(const std::string& location,
     return target.empty() || target.front() != '/' ? "/" + target : target;
 }
 
-bool RedirectFollower::Step(Milliseconds max_wait) { return inner_.Step(max_wait); }
-void RedirectFollower::SetMaxConnections(int count) { inner_.SetMaxConnections(count); }
-void RedirectFollower::DropIdleConnections() { inner_.DropIdleConnections(); }
-void RedirectFollower::Abort(AbortScope scope) { inner_.Abort(scope); }
+bool RedirectFollower::Step(Milliseconds max_wait) {
+    return inner_.Step(max_wait);
+}
+void RedirectFollower::SetMaxConnections(int count) {
+    inner_.SetMaxConnections(count);
+}
+void RedirectFollower::DropIdleConnections() {
+    inner_.DropIdleConnections();
+}
+void RedirectFollower::Abort(AbortScope scope) {
+    inner_.Abort(scope);
+}
 
 }  // namespace Vantix::transport

@@ -23,8 +23,7 @@ class RedirectFollower : public HttpTransport {
   private:
     void SubmitFollowing(HttpRequest request, Handler handler, int redirects_left);
     /// The path to ask instead; empty when `location` leads elsewhere.
-    [[nodiscard]] std::string TargetOf(const std::string& location,
-                                       const std::string& asked) const;
+    [[nodiscard]] std::string TargetOf(const std::string& location, const std::string& asked) const;
 
     HttpTransport& inner_;
     std::string scheme_;

@@ -131,8 +131,8 @@ void Reading::TakeMembers(boost::json::object& page) {
 
 void Reading::TakeMember(boost::json::value& member) {
     boost::json::object* object = member.if_object();
-    const std::string path = object != nullptr ? LinkPath(Text(*object, "@odata.id"))
-                                               : LinkPath(LinkOf(member));
+    const std::string path =
+        object != nullptr ? LinkPath(Text(*object, "@odata.id")) : LinkPath(LinkOf(member));
     if (path.empty()) {
         if (object != nullptr && IsComplete(*object)) {  // inline, but without an address
             slots_.push_back({path_ + "/" + Text(*object, "Id"), std::move(*object), true});
@@ -221,8 +221,7 @@ bool Reading::FollowNextPage(const boost::json::object& page, bool is_expanded) 
 
 void Reading::CheckCount(const boost::json::object& page) {
     const auto count = Integer(page, "Members@odata.count");
-    const auto seen =
-        static_cast<std::int64_t>(slots_.size()) + answer_.merged_duplicates;
+    const auto seen = static_cast<std::int64_t>(slots_.size()) + answer_.merged_duplicates;
     if (!count || options_.wants_member || *count == seen) return;
     answer_.issues.push_back("GET " + path_ + ": announced " + std::to_string(*count) +
                              " members, gave " + std::to_string(seen));

@@ -39,7 +39,8 @@ bool Contains(const ServiceMessage& message, std::string_view word) {
 }
 
 bool EndsWith(const std::string& text, std::string_view end) {
-    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+    return text.size() >= end.size() &&
+           text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
 RedfishProblem ProblemOf(const ServiceMessage& message) {

@@ -16,15 +16,21 @@ std::string Asked(const char* method, const std::string& path) {
     return std::string(method) + " " + path;
 }
 
-std::string Quoted(const std::string& body) { return CleanStart(body, kQuotedCharacters); }
+std::string Quoted(const std::string& body) {
+    return CleanStart(body, kQuotedCharacters);
+}
 
 RedfishProblem ProblemOfStatus(int status) {
     switch (status) {
-        case 401: return RedfishProblem::kUnauthorized;
-        case 403: return RedfishProblem::kForbidden;
+        case 401:
+            return RedfishProblem::kUnauthorized;
+        case 403:
+            return RedfishProblem::kForbidden;
         case 404:
-        case 410: return RedfishProblem::kNotFound;
-        default: return RedfishProblem::kStatus;
+        case 410:
+            return RedfishProblem::kNotFound;
+        default:
+            return RedfishProblem::kStatus;
     }
 }
 
@@ -80,8 +86,12 @@ RedfishFailure RedirectFailure(const char* method, const std::string& path,
     return failure;
 }
 
-bool IsSuccess(int status) { return status >= 200 && status < 300; }
-bool IsRedirect(int status) { return status >= 300 && status < 400; }
+bool IsSuccess(int status) {
+    return status >= 200 && status < 300;
+}
+bool IsRedirect(int status) {
+    return status >= 300 && status < 400;
+}
 
 // An error document that came with a success status is an error all the same.
 RedfishFailure FailureInside(const char* method, const std::string& path,

@@ -29,8 +29,10 @@ bool MayFallBackToBasic(const RedfishFailure& failure) {
         case RedfishProblem::kNone:
         case RedfishProblem::kNotReached:
         case RedfishProblem::kUnauthorized:
-        case RedfishProblem::kPasswordChange: return false;
-        default: return true;
+        case RedfishProblem::kPasswordChange:
+            return false;
+        default:
+            return true;
     }
 }
 
@@ -263,7 +265,9 @@ void RedfishService::Relogged(const RedfishAnswer& answer) {
     }
 }
 
-bool RedfishService::Step() { return transport_.Step(kStepWait); }
+bool RedfishService::Step() {
+    return transport_.Step(kStepWait);
+}
 
 void RedfishService::StepUntil(const std::function<bool()>& is_done) {
     while (!is_done() && Step()) {

@@ -30,7 +30,7 @@ struct RedfishSettings {
 };
 
 struct GetOptions {
-    bool is_slow = false;    ///< inventory timeout instead of the request timeout
+    bool is_slow = false;      ///< inventory timeout instead of the request timeout
     bool is_optional = false;  ///< tried twice at most
     bool is_attempt = false;   ///< tried once: there is a fall-back
 };
@@ -61,8 +61,8 @@ class RedfishService {
     void StepUntil(const std::function<bool()>& is_done);
 
     /// The query that asks for members inline, for example "$expand=.($levels=1)", as deep as
-    /// `levels` and the root's MaxLevels allow; empty when the root does not offer it or it has been
-    /// refused in this scan.
+    /// `levels` and the root's MaxLevels allow; empty when the root does not offer it or it has
+    /// been refused in this scan.
     [[nodiscard]] std::string ExpandQuery(int levels = 1) const;
     void ExpandRefused() { expand_refused_ = true; }
 

@@ -53,28 +53,29 @@ void RedfishSession::LogIn(const std::string& sessions_path, Done done) {
                        {"OData-Version", "4.0"}};
     request.body = LoginBody(credentials_);
     login_pending_ = true;
-    transport_.Submit(std::move(request), [this, sessions_path,
-                                           done = std::move(done)](HttpOutcome&& outcome) {
-        login_pending_ = false;
-        HttpResponse head;
-        head.status = outcome.response.status;
-        head.headers = outcome.response.headers;
-        const bool made = outcome.Answered() && head.status >= 200 && head.status < 300;
-        RedfishAnswer answer = ReadAnswer("POST", sessions_path, std::move(outcome));
-        if (made) TakeSession(head, answer, sessions_path);
-        if (made && token_.empty() && answer.Ok()) {
-            answer.failure.problem = RedfishProblem::kStatus;
-            answer.failure.status = head.status;
-            answer.failure.text = "POST " + sessions_path + " answered without an X-Auth-Token";
-        } else if (made && !token_.empty()) {
-            answer.failure = {};  // the token is all that is needed; the body is optional
-        }
-        if (made && EndsWithPasswordChange(answer.message_ids)) {
-            answer.failure.problem = RedfishProblem::kPasswordChange;
-            answer.failure.text = "POST " + sessions_path + " says that the password must be changed";
-        }
-        done(std::move(answer));
-    });
+    transport_.Submit(
+        std::move(request), [this, sessions_path, done = std::move(done)](HttpOutcome&& outcome) {
+            login_pending_ = false;
+            HttpResponse head;
+            head.status = outcome.response.status;
+            head.headers = outcome.response.headers;
+            const bool made = outcome.Answered() && head.status >= 200 && head.status < 300;
+            RedfishAnswer answer = ReadAnswer("POST", sessions_path, std::move(outcome));
+            if (made) TakeSession(head, answer, sessions_path);
+            if (made && token_.empty() && answer.Ok()) {
+                answer.failure.problem = RedfishProblem::kStatus;
+                answer.failure.status = head.status;
+                answer.failure.text = "POST " + sessions_path + " answered without an X-Auth-Token";
+            } else if (made && !token_.empty()) {
+                answer.failure = {};  // the token is all that is needed; the body is optional
+            }
+            if (made && EndsWithPasswordChange(answer.message_ids)) {
+                answer.failure.problem = RedfishProblem::kPasswordChange;
+                answer.failure.text =
+                    "POST " + sessions_path + " says that the password must be changed";
+            }
+            done(std::move(answer));
+        });
 }
 
 void RedfishSession::TakeSession(const HttpResponse& response, const RedfishAnswer& answer,
@@ -89,7 +90,9 @@ void RedfishSession::TakeSession(const HttpResponse& response, const RedfishAnsw
     }
 }
 
-void RedfishSession::UseBasic() { is_basic_ = true; }
+void RedfishSession::UseBasic() {
+    is_basic_ = true;
+}
 
 void RedfishSession::Authorize(HttpRequest& request) const {
     if (is_basic_) {
