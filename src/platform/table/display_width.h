@@ -12,6 +12,6 @@
 /// all others and for every byte that is not valid UTF-8.
 [[nodiscard]] std::size_t DisplayWidth(std::string_view text);
 
-/// The text with every control character (C0, DEL, C1) replaced by one blank, so that it stays on
-/// its line.
+/// The text with every control character (both ranges and DEL) replaced by one blank, so that it
+/// stays on its line.
 [[nodiscard]] std::string WithoutControls(std::string_view text);

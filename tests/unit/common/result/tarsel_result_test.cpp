@@ -3,19 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <iomanip>
-#include <locale>
 #include <sstream>
 #include <string>
 
 #include "common/result/result_codes.h"
+#include "support/grouping_locale.h"
 
 namespace {
-
-class GroupingPunctuation : public std::numpunct<char> {
-  protected:
-    char do_thousands_sep() const override { return ','; }
-    std::string do_grouping() const override { return "\3"; }
-};
 
 std::string Streamed(const TarselResult& result) {
     std::ostringstream out;
@@ -89,7 +83,7 @@ TEST(TarselResultTest, StreamedNumberIgnoresFormatFlags) {
 
 TEST(TarselResultTest, StreamedNumberIgnoresAGroupingLocale) {
     std::ostringstream out;
-    out.imbue(std::locale(std::locale::classic(), new GroupingPunctuation));
+    out.imbue(test_support::GroupingLocale());
     out << TarselResult(0x6D3, "m");
     EXPECT_EQ(out.str(), "1747 m");
 }

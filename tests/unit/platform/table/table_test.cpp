@@ -3,18 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <iomanip>
-#include <locale>
 #include <sstream>
 #include <streambuf>
 #include <string>
 
-namespace {
+#include "support/grouping_locale.h"
 
-class GroupingPunctuation : public std::numpunct<char> {
-  protected:
-    char do_thousands_sep() const override { return ','; }
-    std::string do_grouping() const override { return "\3"; }
-};
+namespace {
 
 // Counts how often it is written to.
 class CountingBuffer : public std::streambuf {
@@ -150,7 +145,7 @@ TEST(TableSerializerTest, NumbersFollowNoLocaleAndNoFlags) {
     TableSerializer table(1, "T", 4);
     table.sstream() << "n" << 1234567 << -5;
     std::ostringstream out;
-    out.imbue(std::locale(std::locale::classic(), new GroupingPunctuation));
+    out.imbue(test_support::GroupingLocale());
     out << std::hex << std::setw(40);
     table.PrintTable(out);
     EXPECT_EQ(out.str(), "T\nn\n-------\n1234567\n-5\n\n");
