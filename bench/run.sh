@@ -7,14 +7,14 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/common.sh
 . scripts/packages.sh
+. scripts/simulator.sh
 
 runs=${1:-3}
 bin=build/release/bin
 private=
-simulator_pid=
 
 clean_up() {
-    [ -z "$simulator_pid" ] || kill "$simulator_pid" 2>/dev/null || true
+    stop_simulator
     [ -z "$private" ] || rm -rf "$private"
 }
 trap clean_up EXIT
@@ -26,34 +26,15 @@ build() {
     cmake --build --preset release --parallel "$(parallel_jobs)" >&2
 }
 
-# Sets simulator_pid, port and fingerprint.
-start_simulator() {
-    local line
-    rm -f "$private/ready"
-    mkfifo "$private/ready"
-    "$bin/bmc_simulator" --scenario "$1" --user demo --password-file "$private/password" \
-        >"$private/ready" &
-    simulator_pid=$!
-    IFS= read -r -t 30 line <"$private/ready" || die "the simulated BMC did not start"
-    port=$(sed -n 's/.*url=https:\/\/[^ ]*:\([0-9]*\).*/\1/p' <<<"$line")
-    fingerprint=$(sed -n 's/.*fingerprint=\([0-9a-f]*\).*/\1/p' <<<"$line")
-}
-
-stop_simulator() {
-    kill "$simulator_pid" 2>/dev/null || true
-    wait "$simulator_pid" 2>/dev/null || true
-    simulator_pid=
-}
-
 measure_memory() {
     local entries
     printf '\nPeak memory of the whole command\n'
     for entries in 20 100 200 300; do
         "$bin/make_large_scenario" "$private/scenario-$entries" "$entries"
-        start_simulator "$private/scenario-$entries"
+        start_simulator "$bin" "$private/scenario-$entries" "$private"
         printf '%4d entries: ' "$entries"
-        "$bin/measure_command" 5 "$bin/tarsel" scan --bmc "demo@127.0.0.1:$port" \
-            --pin "$fingerprint" --password-file "$private/password" --output "$private/output"
+        "$bin/measure_command" 5 "$bin/tarsel" scan --bmc "demo@127.0.0.1:$simulator_port" \
+            --pin "$simulator_fingerprint" --password-file "$private/password" --output "$private/output"
         stop_simulator
     done
 }
