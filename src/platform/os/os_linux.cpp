@@ -1,3 +1,5 @@
+#include "platform/os/os.h"
+
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -7,8 +9,6 @@
 #include <filesystem>
 #include <system_error>
 #include <thread>
-
-#include "platform/os/os.h"
 
 namespace Vantix {
 namespace {
