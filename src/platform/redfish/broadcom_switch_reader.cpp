@@ -75,7 +75,7 @@ bool IsBroadcomSwitch(const object& device) {
 }
 
 void AppendLinks(const object& links, std::set<std::string>& targets) {
-    for (const char* key : {"PCIeDevices", "ConnectedDevices", "DownstreamDevices"}) {
+    for (const char* key : {"PCIeDevices", "DownstreamPCIeDevices", "DownstreamDevices"}) {
         for (const std::string& link : json::Links(links, key)) targets.insert(Folded(link));
     }
 }
@@ -95,17 +95,25 @@ std::set<std::string> DownstreamOf(const Resource& pcie_switch) {
     return targets;
 }
 
-bool LinksUpTo(const Resource& device, const std::string& pcie_switch) {
-    const object* links = json::Object(device.body, "Links");
-    if (links == nullptr || Folded(device.path) == pcie_switch) return false;
+bool HoldsLinkTo(const object& holder, const std::string& target) {
     for (const char* key : {"Switch", "UpstreamSwitch", "PCIeDevice"}) {
-        const std::vector<std::string> targets = json::Links(*links, key);
-        if (std::any_of(targets.begin(), targets.end(),
-                        [&](const std::string& target) { return Folded(target) == pcie_switch; })) {
-            return true;
+        for (const std::string& link : json::Links(holder, key)) {
+            if (Folded(link) == target) return true;
         }
     }
     return false;
+}
+
+bool LinksUpTo(const Resource& device, const std::string& pcie_switch) {
+    if (Folded(device.path) == pcie_switch) return false;
+    const object* links = json::Object(device.body, "Links");
+    if (links != nullptr && HoldsLinkTo(*links, pcie_switch)) return true;
+    const object* oem = json::Object(device.body, "Oem");
+    if (oem == nullptr) return false;
+    return std::any_of(oem->begin(), oem->end(), [&](const auto& maker) {
+        const object* fields = maker.value().if_object();
+        return fields != nullptr && HoldsLinkTo(*fields, pcie_switch);
+    });
 }
 
 std::set<std::string> DevicesBehindSwitches(const ServerSnapshot& snapshot) {

@@ -36,7 +36,8 @@ bool RelatesToBios(const ClassificationEvidence& evidence) {
 }
 
 bool SaysBios(const WordList& words) {
-    return HasAnyWord(words, {"bios", "uefi", "fcode"}) || HasPair(words, "system", "rom");
+    return HasAnyWord(words, {"bios", "uefi", "fcode"}) || HasPair(words, "system", "rom") ||
+           HasPair(words, "option", "rom") || HasPair(words, "expansion", "rom");
 }
 
 bool SaysDriver(const WordList& words) {
@@ -50,20 +51,18 @@ bool SaysOperatingSystem(const WordList& words) {
 
 bool SaysConfiguration(const WordList& words) {
     return HasPair(words, "configuration", "utility") || HasPair(words, "configuration", "tool") ||
-           HasPair(words, "configuration", "software");
+           HasPair(words, "configuration", "software") || HasPair(words, "setup", "utility") ||
+           HasPair(words, "setup", "tool");
 }
 
 }  // namespace
 
-bool IsSystemBios(const ClassificationEvidence& evidence) {
-    return ClassificationOf(evidence) == "6";
-}
-
 std::string ClassificationOf(const ClassificationEvidence& evidence) {
     const WordList words = WordsOf(evidence);
-    if (SaysDriver(words)) return "2";
     if (HasAnyWord(words, {"diagnostic", "diagnostics", "diags"})) return "7";
+    // A "UEFI driver" of a card is its option ROM.
     if (SaysBios(words) || RelatesToBios(evidence)) return "6";
+    if (SaysDriver(words)) return "2";
     if (HasPair(words, "service", "pack") || HasPair(words, "support", "pack")) return "12";
     if (HasPair(words, "software", "bundle") || HasPair(words, "firmware", "bundle")) return "13";
     if (SaysOperatingSystem(words)) return "8";

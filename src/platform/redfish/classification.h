@@ -2,7 +2,7 @@
 //
 // The table is the value map of CIM_SoftwareIdentity.Classifications (DMTF CIM schema):
 //   2 Driver, 3 Configuration Software, 4 Application Software, 5 Instrumentation,
-//   6 Firmware/BIOS (here: system BIOS, UEFI and FCode), 7 Diagnostic Software,
+//   6 Firmware/BIOS (here: BIOS, UEFI, option ROMs and FCode), 7 Diagnostic Software,
 //   8 Operating System, 9 Middleware, 10 Firmware, 12 Support/Service Pack, 13 Software Bundle.
 // Entries tell their class in words only, so words decide: of identifier, name and description, and
 // the resource the entry relates to. What says nothing is firmware in a firmware inventory and
@@ -28,8 +28,5 @@ struct ClassificationEvidence {
 
 /// Decimal code, never empty.
 [[nodiscard]] std::string ClassificationOf(const ClassificationEvidence& evidence);
-
-/// Whether the entry is the machine's BIOS or UEFI by its words or its related resource.
-[[nodiscard]] bool IsSystemBios(const ClassificationEvidence& evidence);
 
 }  // namespace Vantix::redfish

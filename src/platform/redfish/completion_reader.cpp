@@ -184,11 +184,12 @@ bool RelatesTo(const FirmwareEntry& entry, const std::string& path) {
 }
 
 bool HasSystemBios(const ManagedSystem& managed, const FirmwareReading& reading) {
-    return std::any_of(reading.entries.begin(), reading.entries.end(),
-                       [&](const FirmwareEntry& entry) {
-                           return entry.identity.Classifications == "6" ||
-                                  entry.identity.VersionString == managed.bios_version;
-                       });
+    return std::any_of(
+        reading.entries.begin(), reading.entries.end(), [&](const FirmwareEntry& entry) {
+            // With a device it is the option ROM of a card.
+            return (entry.identity.Classifications == "6" && entry.devices.empty()) ||
+                   entry.identity.VersionString == managed.bios_version;
+        });
 }
 
 bool HasBmc(const ManagedSystem& managed, const FirmwareReading& reading) {

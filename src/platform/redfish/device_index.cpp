@@ -95,6 +95,16 @@ std::vector<const object*> ControllersOf(const object& storage) {
     return list;
 }
 
+bool IsController(const Resource& resource) {
+    return json::Text(resource.body, "@odata.type").rfind("#StorageController.", 0) == 0;
+}
+
+/// Folded path of the Storage resource that holds the controller.
+std::string SubsystemOf(const std::string& controller_path) {
+    const std::string folded = transport::FoldLink(controller_path);
+    return folded.substr(0, folded.rfind("/controllers/"));
+}
+
 std::string ChassisOf(const std::string& path) {
     const std::string folded = transport::FoldLink(path);
     for (const char* part : {"/power#", "/powersubsystem/"}) {
@@ -177,25 +187,38 @@ void DeviceIndex::AddNetworkAdapters(const ServerSnapshot& snapshot) {
 }
 
 void DeviceIndex::AddStorage(const ServerSnapshot& snapshot) {
+    std::map<std::string, std::size_t> controllers_of;  // folded path of a subsystem -> how many
+    for (const Resource& resource : snapshot.storage) {
+        if (IsController(resource)) ++controllers_of[SubsystemOf(resource.path)];
+    }
     for (const Resource& resource : snapshot.storage) {
         if (IsErrorDocument(resource.body)) continue;
-        std::vector<const object*> controllers = ControllersOf(resource.body);
-        const bool is_controller =
-            json::Text(resource.body, "@odata.type").rfind("#StorageController.", 0) == 0;
-        if (is_controller) controllers = {&resource.body};
-        for (std::size_t i = 0; i < controllers.size(); ++i) {
-            const std::string pointer = resource.path + "#/StorageControllers/" + std::to_string(i);
-            const std::string link = FirstOf({json::Text(*controllers[i], "@odata.id"), pointer});
-            const transport::LinkReference own = transport::SplitLink(link, resource.path);
-            std::string path = own.path + (own.pointer.empty() ? "" : "#" + own.pointer);
-            Device device = MakeDevice(*controllers[i], is_controller ? resource.path : path,
-                                       DeviceKind::kStorageController);
-            AppendPcieLinks(*controllers[i], device.same_hardware);
-            // Entries often name the subsystem where they mean its only controller.
-            std::vector<std::string> aliases = {pointer};
-            if (controllers.size() == 1) aliases.push_back(resource.path);
-            Add(std::move(device), aliases);
+        if (!IsController(resource)) {
+            AddControllersWithin(resource);
+            continue;
         }
+        Device device = MakeDevice(resource.body, resource.path, DeviceKind::kStorageController);
+        AppendPcieLinks(resource.body, device.same_hardware);
+        const std::string subsystem = SubsystemOf(resource.path);
+        std::vector<std::string> aliases;
+        if (controllers_of[subsystem] == 1) aliases.push_back(subsystem);
+        Add(std::move(device), aliases);
+    }
+}
+
+void DeviceIndex::AddControllersWithin(const Resource& storage) {
+    const std::vector<const object*> controllers = ControllersOf(storage.body);
+    for (std::size_t i = 0; i < controllers.size(); ++i) {
+        const std::string pointer = storage.path + "#/StorageControllers/" + std::to_string(i);
+        const std::string link = FirstOf({json::Text(*controllers[i], "@odata.id"), pointer});
+        const transport::LinkReference own = transport::SplitLink(link, storage.path);
+        const std::string path = own.path + (own.pointer.empty() ? "" : "#" + own.pointer);
+        Device device = MakeDevice(*controllers[i], path, DeviceKind::kStorageController);
+        AppendPcieLinks(*controllers[i], device.same_hardware);
+        // Entries often name the subsystem where they mean its only controller.
+        std::vector<std::string> aliases = {pointer};
+        if (controllers.size() == 1) aliases.push_back(storage.path);
+        Add(std::move(device), aliases);
     }
 }
 

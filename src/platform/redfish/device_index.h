@@ -52,6 +52,7 @@ class DeviceIndex {
   private:
     void AddNetworkAdapters(const ServerSnapshot& snapshot);
     void AddStorage(const ServerSnapshot& snapshot);
+    void AddControllersWithin(const Resource& storage);
     void AddPowerSupplies(const ServerSnapshot& snapshot);
     void AddPlain(const std::vector<Resource>& resources, DeviceKind kind);
     void ReadPcieSlots(const ServerSnapshot& snapshot);

@@ -103,10 +103,9 @@ std::int32_t TypeOf(const Place& place) {
     }
     if (Has(place.label, "7mm") || Has(place.label, "7 mm")) return kSlot7mmBay;
     if (place.kind == DeviceKind::kDrive || place.slot_type == "u2") return kSlotDriveBay;
-    if (HasAnyWord(place.words, {"pci"}) && !Has(place.label, "pci-e") &&
-        !Has(place.label, "pci e")) {
-        return kSlotPci;
-    }
+    // "PCI 1" is also how makers label PCIe slots; only a bare "PCI slot" is one of the old bus.
+    const bool is_bare_label = place.location_type.empty() && place.slot_type.empty();
+    if (is_bare_label && Has(place.label, "pci slot")) return kSlotPci;
     const bool is_slot = !place.slot_type.empty() || place.location_type == "slot" ||
                          Has(place.label, "slot") || Has(place.label, "pcie");
     return IsCard(place.kind) && is_slot ? kSlotPcie : kSlotOnBoard;

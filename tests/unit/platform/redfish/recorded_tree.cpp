@@ -30,6 +30,14 @@ std::optional<fs::path> Child(const fs::path& folder, const std::string& name) {
     return std::nullopt;
 }
 
+/// Folders carry names as they are, links carry blanks percent-encoded.
+std::string WithBlanks(std::string segment) {
+    for (std::size_t at = segment.find("%20"); at != std::string::npos; at = segment.find("%20")) {
+        segment.replace(at, 3, " ");
+    }
+    return segment;
+}
+
 std::string CellText(const std::string& cell) {
     boost::system::error_code error;
     const boost::json::value value = boost::json::parse(cell, error);
@@ -47,10 +55,11 @@ std::optional<fs::path> RecordedSetsFolder() {
 }
 
 std::optional<boost::json::object> RecordedTree::Load(const std::string& link) const {
+    if (link.empty()) return std::nullopt;
     fs::path place = folder_;
     std::stringstream segments(transport::LinkPath(link).substr(1));
     for (std::string segment; std::getline(segments, segment, '/');) {
-        const std::optional<fs::path> child = Child(place, segment);
+        const std::optional<fs::path> child = Child(place, WithBlanks(segment));
         if (!child) return std::nullopt;
         place = *child;
     }
