@@ -5,6 +5,7 @@
 
 #include "common/result/result_codes.h"
 #include "platform/connection/connection.h"
+#include "platform/connection/https_target.h"
 #include "platform/connection/redfish_errors.h"
 #include "platform/log/log.h"
 #include "platform/log/log_settings.h"
@@ -17,22 +18,10 @@ namespace Vantix::VantixConnection {
 namespace {
 
 constexpr const char* kLogSource = "redfish_connection";
-constexpr int kHttpsPort = 443;
-
-int PortOf(const ConnectOption& option) {
-    return option.port == 0 ? kHttpsPort : option.port;
-}
-
-std::string TargetText(const ConnectOption& option) {
-    const bool is_v6 = option.target_address.find(':') != std::string::npos;
-    const std::string host = is_v6 ? "[" + option.target_address + "]" : option.target_address;
-    return host + ":" + std::to_string(PortOf(option));
-}
-
 transport::CurlSettings CurlSettingsOf(const ConnectOption& option) {
     transport::CurlSettings settings;
     settings.host = option.target_address;
-    settings.port = PortOf(option);
+    settings.port = HttpsPortOf(option);
     settings.verify_certificate = option.verify_certificate;
     settings.ca_file = option.ca_file;
     settings.fingerprint = option.fingerprint;
@@ -49,10 +38,10 @@ ConnectionInfo InfoOf(const ConnectOption& option) {
     ConnectionInfo info;
     info.connect_case = kConnectCaseRest;
     info.host = option.target_address;
-    info.port = PortOf(option);
+    info.port = HttpsPortOf(option);
     info.user = option.user;
     info.password = option.password;
-    info.base_uri = "https://" + TargetText(option);
+    info.base_uri = "https://" + HttpsTargetOf(option);
     info.ca_file = option.ca_file;
     info.fingerprint = option.fingerprint;
     info.verify_certificate = option.verify_certificate;
@@ -62,7 +51,7 @@ ConnectionInfo InfoOf(const ConnectOption& option) {
 
 TarselResult Refuse(const ConnectOption& option) {
     return TarselResult(AUTHENTICATION_FAILED,
-                        "No further login is tried on " + TargetText(option) +
+                        "No further login is tried on " + HttpsTargetOf(option) +
                             ": user name or password was refused before; check both and start "
                             "the scan again.");
 }
@@ -78,7 +67,7 @@ TarselResult GetRESTConnection(const ConnectOption& option, ConnectionInfo& conn
         transport::SystemClock());
     const transport::RedfishFailure failure = channel->Open();
     if (failure) {
-        const TarselResult result = ResultOfConnectFailure(failure, TargetText(option));
+        const TarselResult result = ResultOfConnectFailure(failure, HttpsTargetOf(option), option.user);
         Log(2, kLogSource, __LINE__).Stream() << "Redfish connection failed: " << result;
         option.run->RecordFailure(result);
         return result;

@@ -54,7 +54,7 @@ Row RowOf(const RedfishFailure& failure) {
             return {AUTHENTICATION_FAILED, "User name or password was refused by",
                     "check both; no further login is tried, so that the account is not locked"};
         case RedfishProblem::kPasswordChange:
-            return {PASSWORD_MUST_BE_CHANGED, "The account's password must be changed first on",
+            return {PASSWORD_MUST_BE_CHANGED, "The password must be changed before it can be used on",
                     "change it on the BMC and scan again"};
         case RedfishProblem::kSessionLimit:
             return {NO_AVAILABLE_USER_ID, "No session is free on",
@@ -81,13 +81,21 @@ Row RowOf(const RedfishFailure& failure) {
     return {SUCCEED, "", ""};
 }
 
+bool ConcernsTheAccount(const RedfishFailure& failure) {
+    return failure.problem == RedfishProblem::kUnauthorized ||
+           failure.problem == RedfishProblem::kPasswordChange ||
+           failure.problem == RedfishProblem::kForbidden;
+}
+
 }  // namespace
 
-TarselResult ResultOfConnectFailure(const RedfishFailure& failure, const std::string& target) {
+TarselResult ResultOfConnectFailure(const RedfishFailure& failure, const std::string& target,
+                                    const std::string& user) {
     const Row row = RowOf(failure);
     if (row.code == SUCCEED) return TarselResult(SUCCEED, "");
-    return TarselResult(row.code, std::string(row.what) + " " + target + " (" + failure.text +
-                                      "); " + row.advice + ".");
+    std::string message = std::string(row.what) + " " + target;
+    if (ConcernsTheAccount(failure)) message += " for the account \"" + user + "\"";
+    return TarselResult(row.code, message + " (" + failure.text + "); " + row.advice + ".");
 }
 
 int CodeOfReadFailure(const RedfishFailure& failure) {

@@ -9,9 +9,9 @@
 namespace Vantix::VantixConnection {
 
 /// The result of a connection that failed. `target` is host and port as the user would write them.
-/// The message says what failed, where, and what to do.
+/// `user` is the account that was used. The message says what failed, where, and what to do.
 TarselResult ResultOfConnectFailure(const transport::RedfishFailure& failure,
-                                    const std::string& target);
+                                    const std::string& target, const std::string& user);
 
 /// The result code of a resource that could not be read over an established connection.
 int CodeOfReadFailure(const transport::RedfishFailure& failure);

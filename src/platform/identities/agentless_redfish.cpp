@@ -89,7 +89,10 @@ int AgentlessSoftwareIdentity::GetSoftwareIdentities(std::vector<SoftwareIdentit
                  });
     if (channel->Run().IsCancelled()) return INTERRUPTED_BY_USER;
     const auto& failure = channel->InventoryFailure();
-    if (failure) return VantixConnection::CodeOfReadFailure(failure);
+    if (failure) {
+        channel->Remember(failure);
+        return VantixConnection::CodeOfReadFailure(failure);
+    }
     return channel->IsInventoryPartial() || !inventory.issues.empty() ? GET_RESTFUL_DATA_FAILED
                                                                       : SUCCEED;
 }

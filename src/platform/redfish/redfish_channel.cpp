@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/connection/https_target.h"
+#include "platform/connection/redfish_errors.h"
 #include "platform/log/log.h"
 #include "platform/log/log_settings.h"
 #include "platform/redfish/fresh_start.h"
@@ -24,7 +26,6 @@ constexpr const char* kLogSource = "redfish_channel";
 constexpr Milliseconds kLogOutGrace{10000};
 constexpr Milliseconds kSettleWait{3000};
 constexpr int kSettleRounds = 5;
-constexpr int kHttpsPort = 443;
 
 Milliseconds Seconds(int seconds) {
     return Milliseconds(1000LL * seconds);
@@ -88,7 +89,7 @@ RedfishChannel::RedfishChannel(const ConnectOption& option,
       clock_(clock),
       polite_(*bottom_, clock, PoliteSettingsOf(option)),
       redirects_(polite_, "https", option.target_address,
-                 option.port == 0 ? kHttpsPort : option.port),
+                 VantixConnection::HttpsPortOf(option)),
       service_(redirects_, ServiceSettingsOf(option)),
       facts_({service_, snapshot_, *option_.run}),
       firmware_({service_, snapshot_, *option_.run}),
@@ -216,6 +217,13 @@ void RedfishChannel::SettleInventory() {
         WaitFor(firmware_);
         if (firmware_.MemberCount() == before) return;
     }
+}
+
+TarselResult RedfishChannel::Remember(const RedfishFailure& failure) {
+    TarselResult result = VantixConnection::ResultOfConnectFailure(
+        failure, VantixConnection::HttpsTargetOf(option_), option_.user);
+    if (!result.IsSucceed()) option_.run->RecordFailure(result);
+    return result;
 }
 
 const ServerSnapshot& RedfishChannel::Memory() {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "common/result/tarsel_result.h"
 #include "platform/connection/connection.h"
 #include "platform/redfish/device_survey.h"
 #include "platform/redfish/facts_survey.h"
@@ -62,6 +63,10 @@ class RedfishChannel {
 
     /// The snapshot with the system's memory modules, waited for; read on the first call.
     const ServerSnapshot& Memory();
+
+    /// The result of a failure to read, remembered for the run: a later protocol leg reports it
+    /// where it concerns the target itself.
+    TarselResult Remember(const transport::RedfishFailure& failure);
 
     [[nodiscard]] VantixConnection::RunContext& Run() { return *option_.run; }
     [[nodiscard]] bool IsLoginLost() const { return service_.IsLoginLost(); }

@@ -17,6 +17,7 @@ int SystemInfoScan::GetMachineType(const ConnectionInfo& connection,
     const auto& failure = channel->FactsFailure();
     const bool is_missing = failure.problem == Vantix::transport::RedfishProblem::kNotFound;
     if (managed.system == nullptr && failure && !is_missing) {
+        channel->Remember(failure);
         return Vantix::VantixConnection::CodeOfReadFailure(failure);
     }
     mt_sn = {managed.machine_type, managed.serial_number};
