@@ -62,6 +62,14 @@ void ReportVersions(RedfishChannel& channel, const Inventory& inventory) {
                             " component(s) of the firmware inventory report no version.");
 }
 
+int RememberLostLogin(RedfishChannel& channel) {
+    transport::RedfishFailure lost;
+    lost.problem = transport::RedfishProblem::kUnauthorized;
+    lost.status = 401;
+    lost.text = "the session ended during the scan and another login did not help";
+    return channel.Remember(lost).code;
+}
+
 }  // namespace
 
 AgentlessSoftwareIdentity::AgentlessSoftwareIdentity(
@@ -88,6 +96,7 @@ int AgentlessSoftwareIdentity::GetSoftwareIdentities(std::vector<SoftwareIdentit
                      return all || identity.IsPLDMUpdateSupported != "0";
                  });
     if (channel->Run().IsCancelled()) return INTERRUPTED_BY_USER;
+    if (channel->IsLoginLost()) return RememberLostLogin(*channel);
     const auto& failure = channel->InventoryFailure();
     if (failure) {
         channel->Remember(failure);
