@@ -1,0 +1,205 @@
+// Whom the transport trusts, against real TLS services.
+#include <gtest/gtest.h>
+
+#include "integration/transport/http/http_client.h"
+
+namespace Vantix::transport {
+namespace {
+
+using simulators::BmcOptions;
+using simulators::BmcSimulator;
+
+// Expects that nothing but a failed handshake was seen.
+void ExpectNothingSent(const BmcSimulator& bmc) {
+    const simulators::BmcCounts counts = bmc.Counts();
+    EXPECT_EQ(counts.requests, 0);
+    EXPECT_EQ(counts.authorization_headers_seen, 0);
+}
+
+TEST(TlsTrustTest, CertificateOfTheCaFileIsTrusted) {
+    const BmcSimulator bmc(SmallBmc());
+    const HttpOutcome outcome = AskOnce(SettingsFor(bmc), Get(kRoot));
+    EXPECT_TRUE(outcome.Answered()) << outcome.error.text;
+    EXPECT_EQ(outcome.response.status, 200);
+}
+
+TEST(TlsTrustTest, UntrustedCertificateGetsNoCredentials) {
+    const BmcSimulator bmc(SmallBmc());
+    CurlSettings settings = SettingsFor(bmc);
+    settings.ca_file.clear();
+    const HttpOutcome outcome = AskOnce(settings, GetAs(kRoot, "demo", "geheim"));
+    EXPECT_EQ(outcome.error.kind, HttpErrorKind::kUntrusted);
+    EXPECT_EQ(outcome.error.text.find("geheim"), std::string::npos);
+    ExpectNothingSent(bmc);
+}
+
+TEST(TlsTrustTest, OtherCaFileIsNotTrusted) {
+    const BmcSimulator bmc(SmallBmc());
+    const BmcSimulator other(SmallBmc());
+    CurlSettings settings = SettingsFor(bmc);
+    settings.ca_file = other.CaFile();
+    EXPECT_EQ(AskOnce(settings, Get(kRoot)).error.kind, HttpErrorKind::kUntrusted);
+    ExpectNothingSent(bmc);
+}
+
+TEST(TlsTrustTest, MissingCaFileIsNamed) {
+    const BmcSimulator bmc(SmallBmc());
+    CurlSettings settings = SettingsFor(bmc);
+    settings.ca_file = "/no/such/ca.pem";
+    const HttpOutcome outcome = AskOnce(settings, GetAs(kRoot, "demo", "geheim"));
+    EXPECT_EQ(outcome.error.kind, HttpErrorKind::kUntrusted);
+    EXPECT_EQ(outcome.error.text, "no certificates can be read from the CA file '/no/such/ca.pem'");
+    ExpectNothingSent(bmc);
+}
+
+TEST(TlsTrustTest, CertificateForAnotherHostIsNotTrusted) {
+    BmcOptions options = SmallBmc();
+    options.certificate_names = {"DNS:another.example"};
+    const BmcSimulator bmc(options);
+    EXPECT_EQ(AskOnce(SettingsFor(bmc), Get(kRoot)).error.kind, HttpErrorKind::kUntrusted);
+    ExpectNothingSent(bmc);
+}
+
+TEST(TlsTrustTest, ExpiredCertificateIsNotTrusted) {
+    BmcOptions options = SmallBmc();
+    options.certificate_expired = true;
+    const BmcSimulator bmc(options);
+    EXPECT_EQ(AskOnce(SettingsFor(bmc), Get(kRoot)).error.kind, HttpErrorKind::kUntrusted);
+    ExpectNothingSent(bmc);
+}
+
+TEST(TlsTrustTest, SwitchedOffCheckTrustsAnybody) {
+    BmcOptions options = SmallBmc();
+    options.certificate_expired = true;
+    options.certificate_names = {"DNS:another.example"};
+    const BmcSimulator bmc(options);
+    CurlSettings settings = SettingsFor(bmc);
+    settings.ca_file.clear();
+    settings.verify_certificate = false;
+    EXPECT_EQ(AskOnce(settings, Get(kRoot)).response.status, 200);
+}
+
+// ---- fingerprint
+// ---------------------------------------------------------------------------------
+
+CurlSettings PinnedTo(const BmcSimulator& bmc, const std::string& fingerprint) {
+    CurlSettings settings = SettingsFor(bmc);
+    settings.ca_file.clear();
+    settings.fingerprint = fingerprint;
+    return settings;
+}
+
+TEST(TlsTrustTest, RightFingerprintIsTrusted) {
+    const BmcSimulator bmc(SmallBmc());
+    EXPECT_EQ(AskOnce(PinnedTo(bmc, bmc.Fingerprint()), Get(kRoot)).response.status, 200);
+}
+
+TEST(TlsTrustTest, RightFingerprintDecidesAloneOverNameAndDate) {
+    BmcOptions options = SmallBmc();
+    options.certificate_expired = true;
+    options.certificate_names = {"DNS:another.example"};
+    const BmcSimulator bmc(options);
+    EXPECT_EQ(AskOnce(PinnedTo(bmc, bmc.Fingerprint()), Get(kRoot)).response.status, 200);
+}
+
+TEST(TlsTrustTest, WrongFingerprintGetsNoCredentials) {
+    const BmcSimulator bmc(SmallBmc());
+    const CurlSettings settings = PinnedTo(bmc, std::string(64, 'a'));
+    const HttpOutcome outcome = AskOnce(settings, GetAs(kRoot, "demo", "geheim"));
+    EXPECT_EQ(outcome.error.kind, HttpErrorKind::kUntrusted);
+    EXPECT_NE(outcome.error.text.find("fingerprint is "), std::string::npos) << outcome.error.text;
+    ExpectNothingSent(bmc);
+}
+
+TEST(TlsTrustTest, WrongFingerprintWinsOverATrustedChain) {
+    const BmcSimulator bmc(SmallBmc());
+    CurlSettings settings = SettingsFor(bmc);
+    settings.fingerprint = std::string(64, 'a');
+    EXPECT_EQ(AskOnce(settings, Get(kRoot)).error.kind, HttpErrorKind::kUntrusted);
+    ExpectNothingSent(bmc);
+}
+
+TEST(TlsTrustTest, WrongFingerprintWinsOverTheSwitchedOffCheck) {
+    const BmcSimulator bmc(SmallBmc());
+    CurlSettings settings = PinnedTo(bmc, std::string(64, 'a'));
+    settings.verify_certificate = false;
+    EXPECT_EQ(AskOnce(settings, Get(kRoot)).error.kind, HttpErrorKind::kUntrusted);
+    ExpectNothingSent(bmc);
+}
+
+TEST(TlsTrustTest, MalformedFingerprintOpensNoConnection) {
+    const BmcSimulator bmc(SmallBmc());
+    const HttpOutcome outcome = AskOnce(PinnedTo(bmc, "ab:cd"), Get(kRoot));
+    EXPECT_EQ(outcome.error.kind, HttpErrorKind::kUntrusted);
+    EXPECT_NE(outcome.error.text.find("malformed"), std::string::npos) << outcome.error.text;
+    EXPECT_EQ(bmc.Counts().connections, 0);
+}
+
+// ---- old protocol versions and short keys
+// ----------------------------------------------------------
+
+BmcOptions OldTls() {
+    BmcOptions options = SmallBmc();
+    options.tls_min = simulators::TlsVersion::kTls10;
+    options.tls_max = simulators::TlsVersion::kTls11;
+    return options;
+}
+
+BmcOptions ShortKey() {
+    BmcOptions options = SmallBmc();
+    options.key_kind = simulators::KeyKind::kRsa1024;
+    return options;
+}
+
+TEST(TlsTrustTest, OldProtocolVersionIsRefusedAndTheOptionNamed) {
+    const BmcSimulator bmc(OldTls());
+    const HttpOutcome outcome = AskOnce(SettingsFor(bmc), Get(kRoot));
+    EXPECT_EQ(outcome.error.kind, HttpErrorKind::kTlsHandshake);
+    EXPECT_NE(outcome.error.text.find("--tls-legacy"), std::string::npos) << outcome.error.text;
+    ExpectNothingSent(bmc);
+}
+
+TEST(TlsTrustTest, OldProtocolVersionWorksOnDemand) {
+    const BmcSimulator bmc(OldTls());
+    CurlSettings settings = SettingsFor(bmc);
+    settings.legacy_tls = true;
+    const HttpOutcome outcome = AskOnce(settings, Get(kRoot));
+    EXPECT_EQ(outcome.response.status, 200) << outcome.error.text;
+}
+
+TEST(TlsTrustTest, ShortKeyIsRefusedAndTheOptionNamed) {
+    const BmcSimulator bmc(ShortKey());
+    const HttpOutcome outcome = AskOnce(SettingsFor(bmc), Get(kRoot));
+    EXPECT_FALSE(outcome.Answered());
+    EXPECT_NE(outcome.error.text.find("--tls-legacy"), std::string::npos) << outcome.error.text;
+    ExpectNothingSent(bmc);
+}
+
+TEST(TlsTrustTest, ShortKeyWorksOnDemand) {
+    const BmcSimulator bmc(ShortKey());
+    CurlSettings settings = SettingsFor(bmc);
+    settings.legacy_tls = true;
+    const HttpOutcome outcome = AskOnce(settings, Get(kRoot));
+    EXPECT_EQ(outcome.response.status, 200) << outcome.error.text;
+}
+
+TEST(TlsTrustTest, OldProtocolAllowanceDoesNotWeakenTheTrust) {
+    const BmcSimulator bmc(OldTls());
+    CurlSettings settings = SettingsFor(bmc);
+    settings.ca_file.clear();
+    settings.legacy_tls = true;
+    EXPECT_EQ(AskOnce(settings, Get(kRoot)).error.kind, HttpErrorKind::kUntrusted);
+    ExpectNothingSent(bmc);
+}
+
+TEST(TlsTrustTest, FingerprintIsCheckedUnderOldProtocolVersionsToo) {
+    const BmcSimulator bmc(OldTls());
+    CurlSettings settings = PinnedTo(bmc, std::string(64, 'a'));
+    settings.legacy_tls = true;
+    EXPECT_EQ(AskOnce(settings, Get(kRoot)).error.kind, HttpErrorKind::kUntrusted);
+    settings.fingerprint = bmc.Fingerprint();
+    EXPECT_EQ(AskOnce(settings, Get(kRoot)).response.status, 200);
+}
+
+}  // namespace
+}  // namespace Vantix::transport
