@@ -2,7 +2,7 @@
 #include "platform/bmc_type/bmc_type.h"
 #include "platform/broadcom_switch/broadcom_switch.h"
 
-using tarsel_test::PlatformDouble;
+using doubles::PlatformDouble;
 
 namespace Vantix {
 namespace Agentless {

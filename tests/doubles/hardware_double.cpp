@@ -3,7 +3,7 @@
 #include "platform/pci/pci.h"
 #include "platform/raid/raid.h"
 
-using tarsel_test::PlatformDouble;
+using doubles::PlatformDouble;
 
 namespace Vantix {
 

@@ -3,7 +3,7 @@
 #include "doubles/platform_double.h"
 #include "platform/pmem/pmem.h"
 
-using tarsel_test::PlatformDouble;
+using doubles::PlatformDouble;
 using Identities = std::vector<Vantix::VantixOptions::SoftwareIdentity_>;
 
 namespace Vantix {

@@ -3,7 +3,7 @@
 #include "doubles/platform_double.h"
 #include "platform/config/config.h"
 
-using tarsel_test::PlatformDouble;
+using doubles::PlatformDouble;
 
 namespace Vantix {
 

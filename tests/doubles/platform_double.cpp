@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace tarsel_test {
+namespace doubles {
 namespace {
 
 PlatformDouble* installed = nullptr;
@@ -35,4 +35,4 @@ PlatformDouble& PlatformDouble::Current() {
 RemoteCommandMock::RemoteCommandMock() = default;
 RemoteCommandMock::~RemoteCommandMock() = default;
 
-}  // namespace tarsel_test
+}  // namespace doubles

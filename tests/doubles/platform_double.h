@@ -3,7 +3,8 @@
 // The doubles beside this file define the platform's classes and functions and forward every call,
 // constructors included, to the installed object; so the order of platform calls, calls that must
 // not happen and calls that nobody scripted are ordinary mock expectations. A double holds no
-// logic. Logging has a double of its own (log_double.h), progress bars too (progress_bar_mock.h).
+// logic. Logging has a double of its own (log_double.h), progress bars too (progress_bar_mock.h); the
+// table printer is pure and needs none.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -22,7 +23,7 @@
 #include "platform/remote_command/remote_command.h"
 #include "platform/system_info/system_info.h"
 
-namespace tarsel_test {
+namespace doubles {
 
 /// Use it as StrictPlatform. The object installs itself for its lifetime; only one may live at a
 /// time. A platform call while none is installed fails the test.
@@ -131,11 +132,6 @@ class PlatformDouble {
                 (const Vantix::Uri&, const Text&, const Text&, bool));
     MOCK_METHOD(bool, ExtractSummaryResult, (const Text&, int&, Text&));
 
-    // table: the cells as they were written, when the table is printed
-    MOCK_METHOD(void, PrintTable,
-                (std::uint64_t columns, const Text& title, std::uint64_t layout,
-                 const std::vector<std::string>& cells));
-
     // estimate
     MOCK_METHOD(int, GetScanOOBTimeEstimation, (const Text&, const Text&));
     MOCK_METHOD(int, GetScanInbandTimeEstimation, (const Text&, const Text&, int));
@@ -163,4 +159,4 @@ class RemoteCommandMock : public RemoteCommandInterface {
     MOCK_METHOD(std::string, GetLocalPath, (const std::string&), (override));
 };
 
-}  // namespace tarsel_test
+}  // namespace doubles

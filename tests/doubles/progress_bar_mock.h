@@ -7,7 +7,7 @@
 
 #include "platform/progress/progress.h"
 
-namespace tarsel_test {
+namespace doubles {
 
 class ProgressBarMock : public DynamicProgressBar {
   public:
@@ -19,4 +19,4 @@ class ProgressBarMock : public DynamicProgressBar {
 
 using StrictProgressBar = testing::StrictMock<ProgressBarMock>;
 
-}  // namespace tarsel_test
+}  // namespace doubles

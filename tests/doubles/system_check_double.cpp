@@ -2,7 +2,7 @@
 
 #include "doubles/platform_double.h"
 
-using tarsel_test::PlatformDouble;
+using doubles::PlatformDouble;
 
 namespace Vantix {
 

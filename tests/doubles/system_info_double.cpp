@@ -2,7 +2,7 @@
 
 #include "doubles/platform_double.h"
 
-using tarsel_test::PlatformDouble;
+using doubles::PlatformDouble;
 
 int SystemInfoScan::GetOSInfo(std::pair<std::string, std::string>& os_arch,
                               std::string& os_minor_version) {

@@ -6,6 +6,9 @@
 #include <ostream>
 #include <string>
 
+#include "platform/system_info/system_info.h"
+#include "service/update_scan_service/update_scan_report.h"
+
 namespace service::detail {
 namespace {
 
@@ -30,6 +33,19 @@ std::string AsciiUpper(std::string_view text) {
     return upper;
 }
 
+std::string AsciiLower(std::string_view text) {
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    return lower;
+}
+
+// Packages for hardware that has no driver yet are matched through such identifiers.
+bool MarksMissingDriver(const std::string& software_id) {
+    return AsciiLower(software_id).find("nodriver#") != std::string::npos;
+}
+
 }  // namespace
 
 bool IsAgentlessComponent(std::string_view software_id) {
@@ -40,6 +56,46 @@ bool IsAgentlessComponent(std::string_view software_id) {
     }
     return id.starts_with("FPGA-IHFS") || id.starts_with("FPGA-IHFG") || id.starts_with("HOLM-") ||
            id.ends_with("_CPLD");
+}
+
+UpdateScanItem ConvertSoftwareIdentity(const SoftwareIdentity_& identity) {
+    UpdateScanItem item;
+    item.name = identity.Name;
+    item.softwareId = identity.SoftwareID;
+    item.version = identity.VersionString;
+    item.classification = identity.Classifications;
+    item.description = identity.Description;
+    item.instanceId = identity.InstanceID;
+    item.slotNum = identity.AssociatedAdapterSlot;
+    item.slotType = std::to_string(identity.SlotType);
+    item.pldm = IsAgentlessComponent(identity.SoftwareID) ? "1" : identity.IsPLDMUpdateSupported;
+    item.hasDevice = 1;
+    return item;
+}
+
+UpdateScanItem ConvertDriverData(const Vantix::DriverData& driver) {
+    UpdateScanItem item;
+    item.softwareId = driver.Identifier;
+    item.name = driver.Identifier;
+    item.version = driver.Version;
+    item.classification = "22";
+    item.description = driver.Description;
+    item.hasDevice = driver.DevicePresent;
+    if (item.version.empty() && MarksMissingDriver(item.softwareId)) item.version = "N/A";
+    return item;
+}
+
+void AppendSoftwareIdentities(UpdateScanReport& report,
+                              const std::vector<SoftwareIdentity_>& identities) {
+    for (const SoftwareIdentity_& identity : identities) {
+        report.GetScanResults().push_back(ConvertSoftwareIdentity(identity));
+    }
+}
+
+void AppendDriverData(UpdateScanReport& report, const std::vector<Vantix::DriverData>& drivers) {
+    for (const Vantix::DriverData& driver : drivers) {
+        report.GetScanResults().push_back(ConvertDriverData(driver));
+    }
 }
 
 void DumpSoftwareIdentity(std::ostream& out, const SoftwareIdentity_& identity) {

@@ -1,0 +1,112 @@
+#include "service/update_scan_service/detail/service_update_scan_impl.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "common/result/result_codes.h"
+#include "platform/log/log.h"
+#include "platform/progress/progress.h"
+#include "service/update_scan_service/detail/bmc_out_of_band_scan.h"
+#include "service/update_scan_service/detail/result_cleanup.h"
+#include "service/update_scan_service/detail/scan_trace.h"
+#include "service/update_scan_service/update_scan_report.h"
+
+namespace service::detail {
+namespace {
+
+using namespace Vantix::VantixConnection;  // NOLINT(google-build-using-namespace): mode names
+
+using ScanPath = TarselResult (*)(const UpdateScanOption& option, UpdateScanReport& report,
+                                  DynamicProgressBar* progress_bar);
+
+struct ScanPathOfMode {
+    int connect_mode;
+    ScanPath scan_path;
+};
+
+constexpr ScanPathOfMode kScanPaths[] = {
+    {kConnectModeOobBmc, BmcOutOfBandScan},
+    {kConnectModeOobBmcSecond, BmcOutOfBandScan},
+    {kConnectModeOobBmcThird, BmcOutOfBandScan},
+};
+
+// Modes with a path of their own that is not built yet. They answer like modes without a path
+// (0, 10, 12, 14 and all beyond 16), but say so in the log.
+constexpr int kModesNotBuiltYet[] = {
+    kConnectModeInbandBmc, kConnectModeChassis,     kConnectModeEsxi,     kConnectModeIoSwitch,
+    kConnectModeEnclosure, kConnectModeAmd,         kConnectModeRemoteOs, kConnectModeAmdSecond,
+    kConnectModeAmdThird,  kConnectModeInbandLocal,
+};
+
+ScanPath FindScanPath(int connect_mode) {
+    const auto* const entry = std::find_if(
+        std::begin(kScanPaths), std::end(kScanPaths),
+        [&](const ScanPathOfMode& candidate) { return candidate.connect_mode == connect_mode; });
+    return entry == std::end(kScanPaths) ? nullptr : entry->scan_path;
+}
+
+void LogModeWithoutPath(int connect_mode) {
+    if (std::find(std::begin(kModesNotBuiltYet), std::end(kModesNotBuiltYet), connect_mode) !=
+        std::end(kModesNotBuiltYet)) {
+        Vantix::Log(1, kScanLogSource, __LINE__).Stream()
+            << "The scan of this connection mode is not built yet:" << connect_mode;
+    }
+}
+
+void ReportOutcome(const TarselResult& result, DynamicProgressBar* progress_bar) {
+    if (progress_bar == nullptr) return;
+    if (result.IsSucceed()) {
+        progress_bar->SetStage(1, "Scanning finished.");
+    } else {
+        progress_bar->ReportStageFailure(0, "Scan failed.");
+    }
+}
+
+}  // namespace
+
+ServiceUpdateScanImpl::ServiceUpdateScanImpl(const UpdateScanOption& option)
+    : option_(option), last_result_(0, "") {}
+
+TarselResult ServiceUpdateScanImpl::Run(UpdateScanReport& report) {
+    LogOptions();
+    TarselResult result = Dispatch(report);
+    RemoveOemItems(report);
+    DistinguishDuplicateNames(report);
+    return result;
+}
+
+void ServiceUpdateScanImpl::LogOptions() const {
+    Vantix::Log log(3, kScanLogSource, __LINE__);
+    std::ostream& out = log.Stream();
+    out << std::boolalpha << "scan options are"
+        << "\n        : connect_mode       = " << option_.connect_option.connect_mode
+        << "\n        : bay_id             = " << option_.bay_id
+        << "\n        : is_zelvar          = " << option_.is_zelvar
+        << "\n        : is_check_device    = " << option_.is_check_device
+        << "\n        : is_cfc_system      = " << option_.is_cfc_system
+        << "\n        : is_csp_system      = " << option_.is_csp_system
+        << "\n        : output_dir         = " << option_.output_dir
+        << "\n        : package_dir        = " << option_.package_dir
+        << std::noboolalpha;  // the stream may be shared by later records
+}
+
+TarselResult ServiceUpdateScanImpl::Dispatch(UpdateScanReport& report) const {
+    const int connect_mode = option_.connect_option.connect_mode;
+    if (progress_bar_ != nullptr) {
+        progress_bar_->SetStageCount(1);
+        progress_bar_->SetStage(0, "Scanning...");
+    }
+    Vantix::Log(3, kScanLogSource, __LINE__).Stream()
+        << "Try to call suitable scan interface by connection mode:" << connect_mode;
+    TarselResult result(SUCCEED, "");
+    if (const ScanPath scan_path = FindScanPath(connect_mode)) {
+        result = scan_path(option_, report, progress_bar_);
+    } else {
+        LogModeWithoutPath(connect_mode);
+        result = TarselResult(GENERIC_FAILURE);
+    }
+    ReportOutcome(result, progress_bar_);
+    return result;
+}
+
+}  // namespace service::detail

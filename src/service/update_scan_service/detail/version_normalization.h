@@ -1,0 +1,20 @@
+// Repairs of versions and names that two classes of systems report in forms of their own.
+//
+// The two do different things on purpose; comparisons are exact and case-sensitive in both.
+// Records without the expected texts stay as they are.
+#pragma once
+
+#include "platform/identities/software_identity.h"
+
+namespace service::detail {
+
+/// Changes the version only: removes the record's own software identifier and a dash from its
+/// beginning, or else the prefix that belongs to the identifier; then cuts the version of "UEFI"
+/// before the first "(" and trims what it keeps.
+void NormalizeCfcVersion(Vantix::VantixOptions::SoftwareIdentity_& identity);
+
+/// Removes the prefix that belongs to the software identifier from the version and gives the UEFI
+/// entry and FPGA images their names; FPGA images get the classification "FPGA" as well.
+void NormalizeCspVersion(Vantix::VantixOptions::SoftwareIdentity_& identity);
+
+}  // namespace service::detail
