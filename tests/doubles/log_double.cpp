@@ -84,8 +84,9 @@ Log::Log(int level, const char* source, int line)
 }
 
 Log::~Log() {
+    const bool boolalpha = (impl_->text.flags() & std::ios_base::boolalpha) != 0;
     doubles::LogCapture::Take(
-        doubles::LogRecord{impl_->level, impl_->source, impl_->line, impl_->text.str()});
+        doubles::LogRecord{impl_->level, impl_->source, impl_->line, impl_->text.str(), boolalpha});
 }
 
 std::ostream& Log::Stream() {

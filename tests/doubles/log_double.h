@@ -14,6 +14,7 @@ struct LogRecord {
     std::string source;
     int line;
     std::string text;
+    bool boolalpha_left_set = false;  ///< the writer did not undo boolalpha
 };
 
 struct TraceRecord {
