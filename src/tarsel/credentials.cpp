@@ -1,0 +1,92 @@
+#include "tarsel/credentials.h"
+
+#include <utility>
+
+#include "tarsel/terminal.h"
+
+namespace tarsel {
+namespace {
+
+PasswordResult Error(const std::string& sentence) {
+    PasswordResult result;
+    result.error = sentence;
+    return result;
+}
+
+// `place` names the source, for example "The password file /x".
+PasswordResult FromRead(ReadState state, std::string line, const std::string& place) {
+    PasswordResult result;
+    switch (state) {
+        case ReadState::kOk:
+            result.is_found = true;
+            result.password = std::move(line);
+            return result;
+        case ReadState::kInterrupted:
+            result.is_interrupted = true;
+            result.error = "Interrupted while the password was read.";
+            return result;
+        case ReadState::kMissing:
+            return Error(place + " cannot be opened; check the name.");
+        case ReadState::kTooOpen:
+            return Error(place + " can be accessed by other users; run chmod 600 on it first.");
+        case ReadState::kEmpty:
+            return Error(place + " is empty; its first line must be the password.");
+        case ReadState::kTooLong:
+            return Error(place + " holds a line that is too long for a password.");
+        case ReadState::kFailed:
+            break;
+    }
+    return Error(place + " cannot be read; give the password another way.");
+}
+
+PasswordResult FromFile(const std::string& file) {
+    std::string line;
+    const ReadState state = ReadPrivateFileLine(file, line);
+    return FromRead(state, std::move(line), "The password file " + file);
+}
+
+PasswordResult FromDescriptor(int descriptor) {
+    std::string line;
+    const ReadState state = ReadDescriptorLine(descriptor, line);
+    return FromRead(state, std::move(line),
+                    "The password descriptor " + std::to_string(descriptor));
+}
+
+PasswordResult FromStandardInput() {
+    if (IsStandardInputTerminal()) {
+        return Error(
+            "--password-stdin would show the password on this terminal; leave it out and "
+            "the password is asked for without showing it.");
+    }
+    std::string line;
+    const ReadState state = ReadDescriptorLine(StandardInputDescriptor(), line);
+    return FromRead(state, std::move(line), "The standard input");
+}
+
+PasswordResult FromPrompt(const ScanArguments& arguments) {
+    std::string line;
+    const ReadState state = PromptWithoutEcho(
+        "Password for " + arguments.user + "@" + TargetText(arguments) + ": ", line);
+    if (state == ReadState::kMissing) {
+        return Error(
+            "There is no password and no terminal to ask for it; use the environment "
+            "variable TARSEL_PASSWORD, --password-file, --password-fd or "
+            "--password-stdin.");
+    }
+    return FromRead(state, std::move(line), "The password prompt");
+}
+
+}  // namespace
+
+PasswordResult FindPassword(const ScanArguments& arguments) {
+    std::string from_environment;
+    const bool is_in_environment = TakeEnvironmentVariable(kPasswordVariable, from_environment);
+    const PasswordSource& source = arguments.password;
+    if (!source.file.empty()) return FromFile(source.file);
+    if (source.descriptor >= 0) return FromDescriptor(source.descriptor);
+    if (source.is_stdin) return FromStandardInput();
+    if (!is_in_environment) return FromPrompt(arguments);
+    return FromRead(ReadState::kOk, std::move(from_environment), "");
+}
+
+}  // namespace tarsel

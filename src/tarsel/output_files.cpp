@@ -1,0 +1,66 @@
+#include "tarsel/output_files.h"
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <system_error>
+
+namespace tarsel {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A name of its own for each run: two runs may share a folder.
+std::string AsideName(const std::string& file) {
+    std::random_device random;
+    return file + "." + std::to_string(random()) + ".new";
+}
+
+bool WriteWhole(const std::string& file, const std::string& content) {
+    std::ofstream stream(file, std::ios::binary | std::ios::trunc);
+    stream << content;
+    stream.close();
+    return !stream.fail();
+}
+
+}  // namespace
+
+std::string FileIn(const std::string& folder, const std::string& name) {
+    return (fs::path(folder) / name).string();
+}
+
+std::string PrepareOutputFolder(const std::string& folder) {
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (!fs::is_directory(folder, error)) {
+        return "The output folder " + folder +
+               " cannot be made; choose another one with --output DIR.";
+    }
+    const std::string probe = AsideName(FileIn(folder, kCommonResultName));
+    const bool is_writable = WriteWhole(probe, "");
+    fs::remove(probe, error);
+    if (is_writable) return {};
+    return "The output folder " + folder +
+           " is not writable; choose another one with --output "
+           "DIR.";
+}
+
+bool WriteFileAtomically(const std::string& file, const std::string& content) {
+    std::error_code error;
+    const std::string aside = AsideName(file);
+    const bool is_written = WriteWhole(aside, content);
+    if (is_written) fs::rename(aside, file, error);
+    if (is_written && !error) return true;
+    fs::remove(aside, error);
+    return false;
+}
+
+bool SetAsideOldScanXml(const std::string& folder) {
+    std::error_code error;
+    const std::string file = FileIn(folder, kScanXmlName);
+    if (!fs::is_regular_file(fs::symlink_status(file, error))) return false;
+    fs::rename(file, file + ".old", error);
+    return !error;
+}
+
+}  // namespace tarsel

@@ -1,0 +1,53 @@
+// What the user asked for on the command line, as plain values.
+#pragma once
+
+#include <string>
+
+namespace tarsel {
+
+/// Where the password comes from; at most one of the options is set.
+struct PasswordSource {
+    std::string file;       ///< empty: none
+    int descriptor = -1;    ///< open file descriptor; -1: none
+    bool is_stdin = false;  ///< first line of the standard input
+};
+
+/// `tarsel scan`. Durations are in seconds.
+struct ScanArguments {
+    std::string host;  ///< from --bmc; no brackets
+    int port = 0;      ///< 0: the protocol's default
+    std::string user;
+    PasswordSource password;
+
+    std::string scan_type = "all";
+    std::string output_dir = ".";
+    bool is_quiet = false;
+    int verbosity = 0;  ///< number of -v
+
+    int timeout_seconds = 60;
+    int connect_timeout_seconds = 10;
+    int inventory_timeout_seconds = 240;
+    int deadline_seconds = 1200;
+    int max_parallel = 3;
+    int login_attempts = 1;
+    int max_body_mib = 32;
+
+    std::string ca_file;
+    std::string fingerprint;
+    bool is_insecure = false;
+    bool is_tls_legacy = false;
+    std::string proxy;
+    bool use_environment_proxy = false;
+    std::string auth = "auto";
+
+    bool is_info_only = false;
+    std::string system_id;
+    bool is_zelvar = false;
+    bool is_cfc_system = false;
+    bool is_csp_system = false;
+};
+
+/// The target as messages name it: host, and port where one was given.
+std::string TargetText(const ScanArguments& arguments);
+
+}  // namespace tarsel

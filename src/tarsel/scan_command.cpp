@@ -1,0 +1,236 @@
+#include "tarsel/scan_command.h"
+
+#include <algorithm>
+#include <chrono>
+#include <iostream>
+#include <locale>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "common/version/version.h"
+#include "platform/connection/run_context.h"
+#include "platform/estimate/estimate.h"
+#include "platform/log/log.h"
+#include "platform/log/log_settings.h"
+#include "platform/log/utc_time.h"
+#include "service/update_scan_service/serialize_update_scan.h"
+#include "service/update_scan_service/service_update_scan.h"
+#include "tarsel/common_result.h"
+#include "tarsel/credentials.h"
+#include "tarsel/error_sentence.h"
+#include "tarsel/exit_codes.h"
+#include "tarsel/interruption.h"
+#include "tarsel/output_files.h"
+#include "tarsel/scan_options.h"
+#include "tarsel/state_folder.h"
+#include "tarsel/status_block.h"
+#include "tarsel/terminal.h"
+#include "tarsel/terminal_progress_bar.h"
+
+namespace tarsel {
+namespace {
+
+using SystemClock = std::chrono::system_clock;
+using Vantix::Log;
+using Vantix::VantixConnection::RunContext;
+
+constexpr const char* kSource = "tarsel/scan_command";
+// The keys under which the scan through a BMC asks for its estimate.
+constexpr const char* kEstimateKey = "None_None";
+constexpr int kFileLevel = 3;
+constexpr int kMostDetailedLevel = 4;
+
+// One scan and what it left behind; the steps below run in the order of RunScanCommand.
+class ScanRun {
+  public:
+    explicit ScanRun(const ScanArguments& arguments)
+        : arguments_(arguments),
+          target_(TargetText(arguments)),
+          run_(std::make_shared<RunContext>(arguments.login_attempts)),
+          interruption_(run_) {}
+
+    int Run();
+
+  private:
+    void StartLog();
+    void SayOnce(const std::string& sentence);
+    void WarnAboutSecurity();
+    void Scan(const std::string& password);
+    void SaveScanXml();
+    void PrintTables();
+    void SaveCommonResult();
+    void RememberDuration();
+    void Tell();
+    [[nodiscard]] bool HasSomethingToSave() const;
+    void Fail(const std::string& sentence);
+
+    const ScanArguments& arguments_;
+    const std::string target_;
+    const std::shared_ptr<RunContext> run_;
+    const Interruption interruption_;
+    service::UpdateScanReport report_;
+    TarselResult result_{0, ""};
+    SystemClock::time_point started_;
+    SystemClock::time_point finished_;
+    int exit_code_ = kExitFailed;
+    std::string said_;
+};
+
+void PrintError(const std::string& sentence) {
+    std::cerr << "tarsel: " << sentence << std::endl;
+}
+
+int ScanRun::Run() {
+    if (const std::string error = PrepareOutputFolder(arguments_.output_dir); !error.empty()) {
+        PrintError(error);
+        return kExitFailed;
+    }
+    PasswordResult password = FindPassword(arguments_);
+    if (!password.is_found) {
+        PrintError(password.error);
+        return password.is_interrupted ? kExitSignalBase + Interruption::Signal() : kExitUsage;
+    }
+    Vantix::AddLogSecret(password.password);
+    StartLog();
+    WarnAboutSecurity();
+    TimeEstimation::getInstance()->UseFile(DurationFile());
+    Scan(password.password);
+    WipeText(password.password);
+    exit_code_ = ExitCodeFor(result_.code, run_->IsPartial(), Interruption::Signal());
+    SaveScanXml();
+    PrintTables();
+    SaveCommonResult();
+    RememberDuration();
+    Tell();
+    Vantix::ShutdownLog();
+    return exit_code_;
+}
+
+void ScanRun::StartLog() {
+    Vantix::LogSettings settings;
+    settings.file = FileIn(arguments_.output_dir, kLogName);
+    settings.console_level =
+        arguments_.verbosity == 0
+            ? 0
+            : std::min(kFileLevel + arguments_.verbosity - 1, kMostDetailedLevel);
+    settings.file_level = std::max(kFileLevel, settings.console_level);
+    if (const std::string error = Vantix::ConfigureLog(settings); !error.empty()) SayOnce(error);
+}
+
+void ScanRun::SayOnce(const std::string& sentence) {
+    if (said_.find("\n" + sentence + "\n") != std::string::npos) return;
+    said_ += "\n" + sentence + "\n";
+    Log(2, kSource, __LINE__).Stream() << sentence;
+    if (!arguments_.is_quiet) PrintError(Vantix::MaskSecrets(sentence));
+}
+
+void ScanRun::WarnAboutSecurity() {
+    if (arguments_.is_insecure) {
+        SayOnce("The certificate of " + target_ +
+                " is not checked (--insecure); anybody in between can read the password.");
+    }
+    if (arguments_.is_tls_legacy) {
+        SayOnce("Weak TLS versions and keys are accepted from " + target_ + " (--tls-legacy).");
+    }
+}
+
+void ScanRun::Scan(const std::string& password) {
+    // With -v the log itself shows the progress; two writers would garble the terminal.
+    const bool has_bar =
+        !arguments_.is_quiet && arguments_.verbosity == 0 && IsErrorOutputInteractive();
+    TerminalProgressBar bar(std::cerr, has_bar);
+    run_->on_activity = [&bar](const std::string& text) { bar.ShowActivity(text); };
+    started_ = SystemClock::now();
+    Log(3, kSource, __LINE__).Stream() << "tarsel " << TarselVersion() << " scan of " << target_
+                                       << " started at " << Vantix::UtcSecondsText(started_);
+    {
+        service::ServiceUpdateScan scan(ScanOptionFor(arguments_, password, run_));
+        scan.SetProgressBar(&bar);
+        result_ = scan.Run(report_);
+    }
+    run_->on_activity = nullptr;
+    finished_ = SystemClock::now();
+    Log(3, kSource, __LINE__).Stream()
+        << "scan of " << target_ << " finished at " << Vantix::UtcSecondsText(finished_)
+        << " with result " << result_;
+}
+
+bool ScanRun::HasSomethingToSave() const {
+    return result_.IsSucceed() || !report_.GetScanResults().empty();
+}
+
+void ScanRun::Fail(const std::string& sentence) {
+    Log(1, kSource, __LINE__).Stream() << sentence;
+    PrintError(sentence);
+    if (exit_code_ == kExitComplete || exit_code_ == kExitPartial) exit_code_ = kExitFailed;
+}
+
+void ScanRun::SaveScanXml() {
+    const std::string file = FileIn(arguments_.output_dir, kScanXmlName);
+    if (!HasSomethingToSave()) {
+        if (SetAsideOldScanXml(arguments_.output_dir)) {
+            SayOnce("The scan file of an earlier run was renamed to " + file + ".old.");
+        }
+        return;
+    }
+    if (service::SerializeScanReport::SaveToXml(report_, file) != 0) {
+        Fail("The scan file " + file + " cannot be written; check the free space there.");
+    }
+}
+
+void ScanRun::PrintTables() {
+    if (!HasSomethingToSave()) return;
+    std::ostringstream tables;
+    tables.imbue(std::locale::classic());
+    service::SerializeScanReport::PrintResult(report_, tables, arguments_.scan_type);
+    if (WriteStandardOutput(tables.str()) == WriteState::kFailed) {
+        Fail("The tables cannot be written to the standard output; the scan file has them.");
+    }
+}
+
+void ScanRun::SaveCommonResult() {
+    CommonResult summary;
+    summary.code = result_.code;
+    summary.message = Vantix::MaskSecrets(result_.message.empty() ? GetResultMessage(result_.code)
+                                                                  : result_.message);
+    summary.exit_code = exit_code_;
+    summary.target = target_;
+    summary.version = TarselVersion();
+    summary.started = started_;
+    summary.finished = finished_;
+    summary.sources = run_->Sources();
+    for (auto& source : summary.sources) source.detail = Vantix::MaskSecrets(source.detail);
+    const std::string file = FileIn(arguments_.output_dir, kCommonResultName);
+    if (!WriteFileAtomically(file, CommonResultXml(summary))) {
+        Fail("The summary " + file + " cannot be written; check the free space there.");
+    }
+}
+
+void ScanRun::RememberDuration() {
+    if (!result_.IsSucceed() || arguments_.is_info_only || run_->IsPartial()) return;
+    const auto elapsed = std::chrono::ceil<std::chrono::seconds>(finished_ - started_);
+    TimeEstimation::getInstance()->RememberScan(
+        TimeEstimation::KeyFor(kEstimateKey, report_.GetMT()), static_cast<int>(elapsed.count()));
+}
+
+void ScanRun::Tell() {
+    for (const std::string& notice : run_->Notices()) SayOnce(notice);
+    const auto sources = run_->Sources();
+    const std::string block = StatusBlock(target_, sources);
+    if (!block.empty()) Log(3, kSource, __LINE__).Stream() << block;
+    if (!arguments_.is_quiet) std::cerr << Vantix::MaskSecrets(block) << std::flush;
+    if (!result_.IsSucceed()) {
+        PrintError(ErrorSentence(result_, target_, arguments_.host, exit_code_));
+    } else if (arguments_.is_quiet && exit_code_ == kExitPartial) {
+        PrintError(GapSentence(target_, sources));
+    }
+}
+
+}  // namespace
+
+int RunScanCommand(const ScanArguments& arguments) {
+    return ScanRun(arguments).Run();
+}
+
+}  // namespace tarsel

@@ -1,0 +1,58 @@
+#include "tarsel/scan_options.h"
+
+namespace tarsel {
+namespace {
+
+using Vantix::VantixConnection::AuthMethod;
+using Vantix::VantixConnection::ConnectOption;
+using Vantix::VantixConnection::RunContext;
+
+AuthMethod AuthFor(const std::string& word) {
+    if (word == "session") return AuthMethod::kSession;
+    if (word == "basic") return AuthMethod::kBasic;
+    return AuthMethod::kAuto;
+}
+
+ConnectOption ConnectOptionFor(const ScanArguments& arguments, const std::string& password,
+                               const std::shared_ptr<RunContext>& run) {
+    ConnectOption option;
+    option.connect_mode = Vantix::VantixConnection::kConnectModeOobBmc;
+    option.target_address = arguments.host;
+    option.port = arguments.port;
+    option.user = arguments.user;
+    option.password = password;
+    option.verify_certificate = !arguments.is_insecure;
+    option.ca_file = arguments.ca_file;
+    option.fingerprint = arguments.fingerprint;
+    option.timeout_seconds = arguments.timeout_seconds;
+    option.connect_timeout_seconds = arguments.connect_timeout_seconds;
+    option.inventory_timeout_seconds = arguments.inventory_timeout_seconds;
+    option.deadline_seconds = arguments.deadline_seconds;
+    option.auth = AuthFor(arguments.auth);
+    option.max_parallel = arguments.max_parallel;
+    option.max_body_bytes = static_cast<std::size_t>(arguments.max_body_mib) * 1024 * 1024;
+    option.legacy_tls = arguments.is_tls_legacy;
+    option.facts_only = arguments.is_info_only;
+    option.proxy = arguments.proxy;
+    option.use_environment_proxy = arguments.use_environment_proxy;
+    option.system_id = arguments.system_id;
+    option.run = run;
+    return option;
+}
+
+}  // namespace
+
+service::UpdateScanOption ScanOptionFor(const ScanArguments& arguments, const std::string& password,
+                                        const std::shared_ptr<RunContext>& run) {
+    service::UpdateScanOption option;
+    option.is_zelvar = arguments.is_zelvar;
+    option.is_cfc_system = arguments.is_cfc_system;
+    option.is_csp_system = arguments.is_csp_system;
+    option.info_only = arguments.is_info_only;
+    option.output_dir = arguments.output_dir;
+    option.scan_type = arguments.scan_type;
+    option.connect_option = ConnectOptionFor(arguments, password, run);
+    return option;
+}
+
+}  // namespace tarsel

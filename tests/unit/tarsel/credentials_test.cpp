@@ -1,0 +1,126 @@
+#include "tarsel/credentials.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "support/temporary_folder.h"
+
+namespace tarsel {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+class CredentialsTest : public testing::Test {
+  protected:
+    CredentialsTest() { unsetenv(kPasswordVariable); }
+    ~CredentialsTest() override { unsetenv(kPasswordVariable); }
+
+    [[nodiscard]] std::string PrivateFile(const std::string& content) const {
+        const std::string file = folder_.Write("secret", content);
+        chmod(file.c_str(), 0600);
+        return file;
+    }
+
+    PasswordResult FromFile(const std::string& file) {
+        arguments_.password.file = file;
+        return FindPassword(arguments_);
+    }
+
+    test_support::TemporaryFolder folder_;
+    ScanArguments arguments_;
+};
+
+TEST_F(CredentialsTest, EnvironmentVariableIsUsedAndTakenAway) {
+    setenv(kPasswordVariable, "FakePass1", 1);
+    const PasswordResult result = FindPassword(arguments_);
+    EXPECT_TRUE(result.is_found);
+    EXPECT_EQ(result.password, "FakePass1");
+    EXPECT_EQ(std::getenv(kPasswordVariable), nullptr);
+}
+
+TEST_F(CredentialsTest, VariableIsTakenAwayEvenWhenAnotherSourceWins) {
+    setenv(kPasswordVariable, "FakePass1", 1);
+    EXPECT_EQ(FromFile(PrivateFile("FakePass2\n")).password, "FakePass2");
+    EXPECT_EQ(std::getenv(kPasswordVariable), nullptr);
+}
+
+TEST_F(CredentialsTest, FirstLineOfThePrivateFileIsThePassword) {
+    EXPECT_EQ(FromFile(PrivateFile("p:\xC3\xA4\"\\ $ \nsecond line\n")).password,
+              "p:\xC3\xA4\"\\ $ ");
+}
+
+TEST_F(CredentialsTest, FileWithoutLineEndAndWithWindowsLineEndWork) {
+    EXPECT_EQ(FromFile(PrivateFile("FakePass1")).password, "FakePass1");
+    EXPECT_EQ(FromFile(PrivateFile("FakePass1\r\n")).password, "FakePass1");
+}
+
+class CredentialsModeTest : public CredentialsTest, public testing::WithParamInterface<int> {};
+
+TEST_P(CredentialsModeTest, FileOpenToOthersIsRefusedWithTheCure) {
+    const std::string file = PrivateFile("FakePass1\n");
+    ASSERT_EQ(chmod(file.c_str(), static_cast<mode_t>(GetParam())), 0);
+    const PasswordResult result = FromFile(file);
+    EXPECT_FALSE(result.is_found);
+    EXPECT_TRUE(result.password.empty());
+    EXPECT_THAT(result.error, HasSubstr("chmod 600"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, CredentialsModeTest, testing::Values(0640, 0604, 0620, 0602, 0777));
+
+TEST_F(CredentialsTest, MissingFileIsNamed) {
+    const PasswordResult result = FromFile(folder_.Path("missing"));
+    EXPECT_FALSE(result.is_found);
+    EXPECT_THAT(result.error, HasSubstr(folder_.Path("missing")));
+}
+
+TEST_F(CredentialsTest, EmptyFileIsRefused) {
+    EXPECT_THAT(FromFile(PrivateFile("")).error, HasSubstr("is empty"));
+    EXPECT_THAT(FromFile(PrivateFile("\nFakePass1\n")).error, HasSubstr("is empty"));
+}
+
+TEST_F(CredentialsTest, FolderIsNoPasswordFile) {
+    EXPECT_THAT(FromFile(folder_.Path("")).error, HasSubstr("cannot be read"));
+}
+
+TEST_F(CredentialsTest, EndlessLineIsRefusedAndNotRepeated) {
+    const PasswordResult result = FromFile(PrivateFile(std::string(100000, 'x')));
+    EXPECT_FALSE(result.is_found);
+    EXPECT_THAT(result.error, HasSubstr("too long"));
+    EXPECT_THAT(result.error, Not(HasSubstr("xxx")));
+}
+
+TEST_F(CredentialsTest, DescriptorGivesItsFirstLineAndKeepsTheRest) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    ASSERT_EQ(write(ends[1], "FakePass1\nrest", 14), 14);
+    arguments_.password.descriptor = ends[0];
+    EXPECT_EQ(FindPassword(arguments_).password, "FakePass1");
+    char rest[8] = {};
+    EXPECT_EQ(read(ends[0], rest, sizeof rest), 4);
+    close(ends[0]);
+    close(ends[1]);
+}
+
+TEST_F(CredentialsTest, DescriptorThatIsNotOpenIsNamed) {
+    arguments_.password.descriptor = 987;
+    const PasswordResult result = FindPassword(arguments_);
+    EXPECT_FALSE(result.is_found);
+    EXPECT_THAT(result.error, HasSubstr("987"));
+}
+
+TEST_F(CredentialsTest, ClosedDescriptorGivesNoPassword) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    close(ends[1]);
+    arguments_.password.descriptor = ends[0];
+    EXPECT_THAT(FindPassword(arguments_).error, HasSubstr("is empty"));
+    close(ends[0]);
+}
+
+}  // namespace
+}  // namespace tarsel

@@ -1,0 +1,68 @@
+#include "tarsel/exit_codes.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <string>
+
+namespace tarsel {
+namespace {
+
+struct CodeCase {
+    std::int32_t code;
+    int exit_code;
+};
+class ExitCodeTest : public testing::TestWithParam<CodeCase> {};
+
+TEST_P(ExitCodeTest, FollowsFromTheResultCode) {
+    EXPECT_EQ(ExitCodeFor(GetParam().code, false, 0), GetParam().exit_code);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Codes, ExitCodeTest,
+    testing::Values(CodeCase{0, 0}, CodeCase{1, 1}, CodeCase{11, 1}, CodeCase{17, 1},
+                    CodeCase{0x6D3, 1}, CodeCase{70, 1}, CodeCase{5, 2}, CodeCase{56, 2},
+                    CodeCase{12, 4}, CodeCase{51, 4}, CodeCase{54, 4}, CodeCase{63, 4},
+                    CodeCase{13, 5}, CodeCase{14, 5}, CodeCase{18, 5}, CodeCase{50, 5},
+                    CodeCase{36, 6}, CodeCase{0x10071, 6}, CodeCase{25, 7}, CodeCase{42, 7},
+                    CodeCase{52, 7}, CodeCase{55, 7}, CodeCase{65, 7}, CodeCase{66, 7},
+                    CodeCase{68, 7}, CodeCase{0x1006D, 7}, CodeCase{0x10070, 7},
+                    CodeCase{0x40068, 7}, CodeCase{47, 130}, CodeCase{99999, 1}, CodeCase{-1, 1}));
+
+TEST(ExitCodeForTest, ModuleNumberOfASuccessIsIgnored) {
+    EXPECT_EQ(ExitCodeFor(0x10000, false, 0), 0);
+}
+
+TEST(ExitCodeForTest, CodeOfAnotherModuleIsNotTakenForACommonOne) {
+    EXPECT_EQ(ExitCodeFor(0x20000 | 12, false, 0), 1);
+}
+
+TEST(ExitCodeForTest, SuccessWithGapsIsPartial) {
+    EXPECT_EQ(ExitCodeFor(0, true, 0), 3);
+}
+
+TEST(ExitCodeForTest, FailureWithGapsStaysAFailure) {
+    EXPECT_EQ(ExitCodeFor(13, true, 0), 5);
+}
+
+TEST(ExitCodeForTest, SignalDecidesWhenTheScanFailed) {
+    EXPECT_EQ(ExitCodeFor(47, false, SIGINT), 130);
+    EXPECT_EQ(ExitCodeFor(13, true, SIGTERM), 143);
+    EXPECT_EQ(ExitCodeFor(47, false, SIGHUP), 129);
+}
+
+TEST(ExitCodeForTest, SignalAfterTheLastReadChangesNothing) {
+    EXPECT_EQ(ExitCodeFor(0, false, SIGINT), 0);
+}
+
+TEST(ExitCodeForTest, TableNamesEveryCode) {
+    const std::string table = ExitCodeTable();
+    for (int code = kExitComplete; code <= kExitUnsupported; ++code) {
+        EXPECT_THAT(table, testing::HasSubstr("\n  " + std::to_string(code) + "  "));
+    }
+    EXPECT_THAT(table, testing::HasSubstr("129, 130, 143"));
+}
+
+}  // namespace
+}  // namespace tarsel

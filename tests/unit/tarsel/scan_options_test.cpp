@@ -1,0 +1,103 @@
+#include "tarsel/scan_options.h"
+
+#include <gtest/gtest.h>
+
+namespace tarsel {
+namespace {
+
+using Vantix::VantixConnection::AuthMethod;
+using Vantix::VantixConnection::RunContext;
+
+service::UpdateScanOption OptionFor(const ScanArguments& arguments) {
+    return ScanOptionFor(arguments, "FakePass1", std::make_shared<RunContext>());
+}
+
+TEST(ScanOptionsTest, TargetAndLoginAreHandedOn) {
+    ScanArguments arguments;
+    arguments.host = "::1";
+    arguments.port = 8443;
+    arguments.user = "root";
+    const auto run = std::make_shared<RunContext>();
+    const auto connect = ScanOptionFor(arguments, "FakePass1", run).connect_option;
+    EXPECT_EQ(connect.connect_mode, 2);
+    EXPECT_EQ(connect.target_address, "::1");
+    EXPECT_EQ(connect.port, 8443);
+    EXPECT_EQ(connect.user, "root");
+    EXPECT_EQ(connect.password, "FakePass1");
+    EXPECT_EQ(connect.run, run);
+}
+
+TEST(ScanOptionsTest, CertificatesAreCheckedUnlessRefused) {
+    ScanArguments arguments;
+    EXPECT_TRUE(OptionFor(arguments).connect_option.verify_certificate);
+    arguments.is_insecure = true;
+    EXPECT_FALSE(OptionFor(arguments).connect_option.verify_certificate);
+}
+
+TEST(ScanOptionsTest, TlsAndProxyOptionsAreHandedOn) {
+    ScanArguments arguments;
+    arguments.ca_file = "ca.pem";
+    arguments.fingerprint = "AA";
+    arguments.is_tls_legacy = true;
+    arguments.proxy = "http://127.0.0.1:3128";
+    arguments.use_environment_proxy = true;
+    const auto connect = OptionFor(arguments).connect_option;
+    EXPECT_EQ(connect.ca_file, "ca.pem");
+    EXPECT_EQ(connect.fingerprint, "AA");
+    EXPECT_TRUE(connect.legacy_tls);
+    EXPECT_EQ(connect.proxy, "http://127.0.0.1:3128");
+    EXPECT_TRUE(connect.use_environment_proxy);
+}
+
+TEST(ScanOptionsTest, PatienceIsHandedOn) {
+    ScanArguments arguments;
+    arguments.timeout_seconds = 1;
+    arguments.connect_timeout_seconds = 2;
+    arguments.inventory_timeout_seconds = 3;
+    arguments.deadline_seconds = 4;
+    arguments.max_parallel = 5;
+    arguments.max_body_mib = 6;
+    const auto connect = OptionFor(arguments).connect_option;
+    EXPECT_EQ(connect.timeout_seconds, 1);
+    EXPECT_EQ(connect.connect_timeout_seconds, 2);
+    EXPECT_EQ(connect.inventory_timeout_seconds, 3);
+    EXPECT_EQ(connect.deadline_seconds, 4);
+    EXPECT_EQ(connect.max_parallel, 5);
+    EXPECT_EQ(connect.max_body_bytes, 6U * 1024 * 1024);
+}
+
+TEST(ScanOptionsTest, EachLoginMethodHasItsWord) {
+    ScanArguments arguments;
+    EXPECT_EQ(OptionFor(arguments).connect_option.auth, AuthMethod::kAuto);
+    arguments.auth = "session";
+    EXPECT_EQ(OptionFor(arguments).connect_option.auth, AuthMethod::kSession);
+    arguments.auth = "basic";
+    EXPECT_EQ(OptionFor(arguments).connect_option.auth, AuthMethod::kBasic);
+}
+
+TEST(ScanOptionsTest, FlagsAndScopeOfTheScanAreHandedOn) {
+    ScanArguments arguments;
+    arguments.is_zelvar = true;
+    arguments.is_csp_system = true;
+    arguments.scan_type = "fw";
+    arguments.output_dir = "out";
+    arguments.system_id = "1";
+    const auto option = OptionFor(arguments);
+    EXPECT_TRUE(option.is_zelvar);
+    EXPECT_FALSE(option.is_cfc_system);
+    EXPECT_TRUE(option.is_csp_system);
+    EXPECT_EQ(option.scan_type, "fw");
+    EXPECT_EQ(option.output_dir, "out");
+    EXPECT_EQ(option.connect_option.system_id, "1");
+}
+
+TEST(ScanOptionsTest, FactsAloneNeedNoInventory) {
+    ScanArguments arguments;
+    EXPECT_FALSE(OptionFor(arguments).connect_option.facts_only);
+    arguments.is_info_only = true;
+    EXPECT_TRUE(OptionFor(arguments).info_only);
+    EXPECT_TRUE(OptionFor(arguments).connect_option.facts_only);
+}
+
+}  // namespace
+}  // namespace tarsel
