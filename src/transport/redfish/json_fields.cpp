@@ -6,57 +6,12 @@
 #include <cstddef>
 #include <system_error>
 
+#include "transport/text/text_cleaning.h"
+
 namespace Vantix::transport::json {
 namespace {
 
 namespace bj = boost::json;
-
-constexpr char kReplacement[] = "\xEF\xBF\xBD";  // U+FFFD
-
-bool IsContinuation(std::string_view text, std::size_t at) {
-    return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U;
-}
-
-/// Length of the well-formed sequence (RFC 3629) at `at`, 0 when there is none.
-std::size_t SequenceLength(std::string_view text, std::size_t at) {
-    const auto lead = static_cast<unsigned char>(text[at]);
-    if (lead < 0x80U) return 1;
-    const std::size_t length = lead >= 0xF0U ? 4 : lead >= 0xE0U ? 3 : 2;
-    if (lead < 0xC2U || lead > 0xF4U) return 0;
-    for (std::size_t i = 1; i < length; ++i) {
-        if (!IsContinuation(text, at + i)) return 0;
-    }
-    const auto second = static_cast<unsigned char>(text[at + 1]);
-    const bool is_overlong = (lead == 0xE0U && second < 0xA0U) || (lead == 0xF0U && second < 0x90U);
-    const bool is_surrogate = lead == 0xEDU && second > 0x9FU;
-    const bool is_beyond = lead == 0xF4U && second > 0x8FU;
-    return is_overlong || is_surrogate || is_beyond ? 0 : length;
-}
-
-std::string Trimmed(const std::string& text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    if (first == std::string::npos) return {};
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
-std::string CleanText(std::string_view text) {
-    text = text.substr(0, text.find('\0'));
-    std::string clean;
-    clean.reserve(text.size());
-    for (std::size_t at = 0; at < text.size();) {
-        const auto byte = static_cast<unsigned char>(text[at]);
-        const std::size_t length = SequenceLength(text, at);
-        if (byte < 0x20U || byte == 0x7FU) {
-            clean += ' ';
-        } else if (length == 0) {
-            clean += kReplacement;
-        } else {
-            clean.append(text.substr(at, length));
-        }
-        at += std::max<std::size_t>(length, 1);
-    }
-    return Trimmed(clean);
-}
 
 std::string FractionText(double number) {
     char buffer[64];
