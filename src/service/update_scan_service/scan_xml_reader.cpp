@@ -11,6 +11,7 @@
 #include <streambuf>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "common/result/result_codes.h"
 #include "platform/log/log.h"
@@ -137,51 +138,59 @@ void ReadHeader(const ptree& tree, UpdateScanReport& report) {
     report.SetScanCount(ToInt(tree.get_child(Tags::TAG_TOTAL)));
 }
 
-const std::string& RequiredText(const ptree& package, const std::string& tag) {
+// Texts are moved out of the tree, which is thrown away: they would be copied twice otherwise.
+std::string TakeRequired(ptree& package, const std::string& tag) {
     const auto found = package.find(tag);
     // The second look-up raises the tree's own error, whose text names the tag.
-    return found != package.not_found() ? found->second.data() : package.get_child(tag).data();
+    if (found == package.not_found()) return package.get_child(tag).data();
+    return std::move(found->second.data());
 }
 
-std::string OptionalText(const ptree& package, const std::string& tag) {
+std::string TakeOptional(ptree& package, const std::string& tag) {
     const auto found = package.find(tag);
-    return found != package.not_found() ? found->second.data() : std::string();
+    return found != package.not_found() ? std::move(found->second.data()) : std::string();
 }
 
 // Files of several generations: an older key that wins where it is present, words instead of
 // digits, or nothing at all.
-std::string ReadAgentlessSupport(const ptree& package, const std::string& software_id) {
+std::string TakeAgentlessSupport(ptree& package, const std::string& software_id) {
     const bool has_old_key = package.find(Tags::TAG_PLDM_OLD) != package.not_found();
-    std::string text = OptionalText(package, has_old_key ? Tags::TAG_PLDM_OLD : Tags::TAG_PLDM);
+    std::string text = TakeOptional(package, has_old_key ? Tags::TAG_PLDM_OLD : Tags::TAG_PLDM);
     if (text == "Supported") return "1";
     if (text == "Not Supported") return "0";
     if (text.empty()) return detail::IsAgentlessComponent(software_id) ? "1" : "0";
     return text;
 }
 
-UpdateScanItem ReadPackage(const ptree& package) {
+UpdateScanItem TakeItem(ptree& package) {
     UpdateScanItem item;
-    item.softwareId = RequiredText(package, Tags::TAG_SOFTWAREID);
-    item.version = RequiredText(package, Tags::TAG_VERSION);
-    item.classification = RequiredText(package, Tags::TAG_CLASSIFICATION);
-    item.description = RequiredText(package, Tags::TAG_DESCRIPTION);
-    item.name = RequiredText(package, Tags::TAG_NAME);
+    item.softwareId = TakeRequired(package, Tags::TAG_SOFTWAREID);
+    item.version = TakeRequired(package, Tags::TAG_VERSION);
+    item.classification = TakeRequired(package, Tags::TAG_CLASSIFICATION);
+    item.description = TakeRequired(package, Tags::TAG_DESCRIPTION);
+    item.name = TakeRequired(package, Tags::TAG_NAME);
     const auto has_device = package.find(Tags::TAG_HASDEVICE);
     if (has_device != package.not_found()) item.hasDevice = ToInt(has_device->second);
-    item.instanceId = OptionalText(package, Tags::TAG_INSTANCEID);
-    item.slotNum = OptionalText(package, Tags::TAG_SLOTNUM);
-    item.slotType = OptionalText(package, Tags::TAG_SLOTTYPE);
-    item.pldm = ReadAgentlessSupport(package, item.softwareId);
+    item.instanceId = TakeOptional(package, Tags::TAG_INSTANCEID);
+    item.slotNum = TakeOptional(package, Tags::TAG_SLOTNUM);
+    item.slotType = TakeOptional(package, Tags::TAG_SLOTTYPE);
+    item.pldm = TakeAgentlessSupport(package, item.softwareId);
     return item;
 }
 
-int ReadContent(const ptree& tree, UpdateScanReport& report) {
+// Any child is a package, whatever its name. Each leaves the tree as soon as it is read, while it
+// is still in the processor's cache.
+void TakePackages(ptree& packages, UpdateScanReport& report) {
+    while (!packages.empty()) {
+        report.PushScanItem(TakeItem(packages.front().second));
+        packages.pop_front();
+    }
+}
+
+int TakeContent(ptree& tree, UpdateScanReport& report) {
     try {
         ReadHeader(tree, report);
-        // Any child is a package, whatever its name.
-        for (const auto& [name, package] : tree.get_child(Tags::TAG_PACKAGES)) {
-            report.PushScanItem(ReadPackage(package));
-        }
+        TakePackages(tree.get_child(Tags::TAG_PACKAGES), report);
         return SUCCEED;
     } catch (const std::exception& error) {
         std::cout << error.what() << std::endl;
@@ -209,7 +218,7 @@ int SerializeScanReport::LoadFromXml(const std::string& fileName, UpdateScanRepo
     }
     UnwrapInventory(tree);
     ReadBmcType(tree, report);
-    return ReadContent(tree, report);
+    return TakeContent(tree, report);
 }
 
 }  // namespace service

@@ -1,11 +1,16 @@
 #include "service/update_scan_service/update_scan_report.h"
 
 #include <iterator>
+#include <utility>
 
 namespace service {
 
 void UpdateScanReport::PushScanItem(const UpdateScanItem& item) {
     scan_results_.push_back(item);
+}
+
+void UpdateScanReport::PushScanItem(UpdateScanItem&& item) {
+    scan_results_.push_back(std::move(item));
 }
 
 void UpdateScanReport::PushScanItem(std::vector<UpdateScanItem>::const_iterator first,

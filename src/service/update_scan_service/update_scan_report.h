@@ -68,9 +68,10 @@ class TARSEL_EXPORT UpdateScanReport {
     /// Replaces the whole list.
     void SetScanResults(const std::vector<UpdateScanItem>& items) { scan_results_ = items; }
 
-    /// Appends a copy of one item, or of a range of items in its order. Neither changes the scan
+    /// Appends one item, or copies of a range of items in its order. None of these changes the scan
     /// count. The range may be part of this report's own list.
     void PushScanItem(const UpdateScanItem& item);
+    void PushScanItem(UpdateScanItem&& item);
     void PushScanItem(std::vector<UpdateScanItem>::const_iterator first,
                       std::vector<UpdateScanItem>::const_iterator last);
 

@@ -1,14 +1,27 @@
 #include "service/update_scan_service/xml_nesting.h"
 
 #include <algorithm>
+#include <array>
 
 namespace service::detail {
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\n";
-constexpr std::string_view kAfterElementName = " \t\r\n/>?";
-constexpr std::string_view kAfterAttributeName = " \t\r\n/<>=?!";
+// A table makes the test one look-up: names are most of what is read here byte by byte.
+class CharacterSet {
+  public:
+    constexpr explicit CharacterSet(std::string_view characters) {
+        for (const char c : characters) contained_[static_cast<unsigned char>(c)] = true;
+    }
+    constexpr bool Contains(char c) const { return contained_[static_cast<unsigned char>(c)]; }
+
+  private:
+    std::array<bool, 256> contained_{};
+};
+
+constexpr CharacterSet kBlanks(" \t\r\n");
+constexpr CharacterSet kAfterElementName(" \t\r\n/>?");
+constexpr CharacterSet kAfterAttributeName(" \t\r\n/<>=?!");
 
 // Walks from markup to markup. A step that meets something malformed puts the position at the end:
 // the parser will stop at that place with its own error.
@@ -32,17 +45,28 @@ class MarkupWalker {
     }
 
     void Step() {
-        if (SkipAfter("<!--", "-->") || SkipAfter("<![CDATA[", "]]>") || SkipAfter("<?", "?>")) {
-            return;
+        const char kind = position_ + 1 < xml_.size() ? xml_[position_ + 1] : '>';
+        switch (kind) {
+            case '/':
+                CloseElement();
+                break;
+            case '?':
+                MoveAfter("?>", position_ + 2);
+                break;
+            case '!':
+                SkipDeclaration();
+                break;
+            default:
+                OpenElement();
         }
+    }
+
+    void SkipDeclaration() {
+        if (SkipAfter("<!--", "-->") || SkipAfter("<![CDATA[", "]]>")) return;
         if (Follows("<!DOCTYPE") && IsBlank(position_ + 9)) {
             SkipDoctype();
-        } else if (Follows("<!")) {
-            MoveAfter(">", position_ + 2);
-        } else if (Follows("</")) {
-            CloseElement();
         } else {
-            OpenElement();
+            MoveAfter(">", position_ + 2);
         }
     }
 
@@ -52,21 +76,20 @@ class MarkupWalker {
             return;
         }
         --depth_;
-        MoveAfter(">", position_ + 2);
+        MoveTo(xml_.find('>', position_ + 2));
     }
 
     void OpenElement() {
-        const std::size_t name = position_ + 1;
-        MoveTo(xml_.find_first_of(kAfterElementName, name));
-        if (position_ <= name) Stop();
+        ++position_;
+        if (!SkipUntil(kAfterElementName)) Stop();
         deepest_ = std::max(deepest_, ++depth_);
         while (SkipAttribute()) {
         }
-        if (Follows("/>")) {
+        if (Is('>')) {
+            ++position_;
+        } else if (Follows("/>")) {
             --depth_;
             position_ += 2;
-        } else if (Follows(">")) {
-            ++position_;
         } else {
             Stop();
         }
@@ -75,14 +98,12 @@ class MarkupWalker {
     // True after one whole attribute; otherwise the position is where the tag should end.
     bool SkipAttribute() {
         SkipBlanks();
-        const std::size_t name = position_;
-        MoveTo(xml_.find_first_of(kAfterAttributeName, position_));
-        if (position_ == name) return false;
+        if (!SkipUntil(kAfterAttributeName)) return false;
         SkipBlanks();
-        if (!Follows("=")) return Stop();
+        if (!Is('=')) return Stop();
         ++position_;
         SkipBlanks();
-        if (!Follows("\"") && !Follows("'")) return Stop();
+        if (!Is('"') && !Is('\'')) return Stop();
         MoveAfter(xml_.substr(position_, 1), position_ + 1);
         return true;
     }
@@ -111,13 +132,26 @@ class MarkupWalker {
     }
 
     void MoveTo(std::size_t position) { position_ = std::min(position, xml_.size()); }
-    void SkipBlanks() { MoveTo(xml_.find_first_not_of(kBlanks, position_)); }
+
+    void SkipBlanks() {
+        while (position_ < xml_.size() && kBlanks.Contains(xml_[position_])) ++position_;
+    }
+
+    // False when there was nothing to skip.
+    bool SkipUntil(const CharacterSet& end) {
+        const std::size_t start = position_;
+        while (position_ < xml_.size() && !end.Contains(xml_[position_])) ++position_;
+        return position_ > start;
+    }
+
+    bool Is(char c) const { return position_ < xml_.size() && xml_[position_] == c; }
     bool Follows(std::string_view text) const {
         return xml_.substr(position_, text.size()) == text;
     }
     bool IsBlank(std::size_t position) const {
-        return position < xml_.size() && kBlanks.find(xml_[position]) != std::string_view::npos;
+        return position < xml_.size() && kBlanks.Contains(xml_[position]);
     }
+
     bool Stop() {
         position_ = xml_.size();
         return false;

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -124,6 +125,15 @@ TEST(UpdateScanReportTest, PushedItemsStandInTheirOrder) {
     report.PushScanItem(ItemCalled("b"));
     report.PushScanItem(ItemCalled("a"));
     EXPECT_EQ(Names(report), (std::vector<std::string>{"b", "a"}));
+}
+
+TEST(UpdateScanReportTest, GivenAwayItemIsAppendedWhole) {
+    UpdateScanReport report;
+    UpdateScanItem item = ItemCalled("a long name beyond any small buffer");
+    item.hasDevice = 5;
+    report.PushScanItem(std::move(item));
+    EXPECT_EQ(Names(report), (std::vector<std::string>{"a long name beyond any small buffer"}));
+    EXPECT_EQ(report.GetScanResults().front().hasDevice, 5);
 }
 
 TEST(UpdateScanReportTest, PushingDoesNotChangeTheScanCount) {
