@@ -120,7 +120,8 @@ class Listed {
     }
 
     void Cover(const Device& device) {
-        paths_.insert(device.path);
+        paths_.insert(transport::FoldLink(device.path));
+        paths_.insert(device.same_hardware.begin(), device.same_hardware.end());
         if (!device.serial_number.empty()) serials_.insert(device.serial_number);
         if (IsCard(device.kind) && IsCardSlot(device.slot)) {
             slots_.insert({device.slot.type, device.slot.number});
@@ -134,7 +135,7 @@ class Listed {
     };
 
     bool IsCovered(const Device& device) const {
-        if (paths_.count(device.path) > 0) return true;
+        if (paths_.count(transport::FoldLink(device.path)) > 0) return true;
         if (serials_.count(device.serial_number) > 0) return true;
         return IsCard(device.kind) && IsCardSlot(device.slot) &&
                slots_.count({device.slot.type, device.slot.number}) > 0;
@@ -152,7 +153,7 @@ class Listed {
     }
 
     const DeviceIndex& index_;
-    std::set<std::string> paths_;
+    std::set<std::string> paths_;  ///< folded
     std::set<std::string> serials_;
     std::set<std::pair<std::int32_t, std::string>> slots_;
     std::vector<LooseEntry> loose_;

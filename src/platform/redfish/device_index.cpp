@@ -248,7 +248,10 @@ void DeviceIndex::AddPlain(const std::vector<Resource>& resources, DeviceKind ki
     for (const Resource& resource : resources) {
         if (IsErrorDocument(resource.body)) continue;
         Device device = MakeDevice(resource.body, resource.path, kind);
-        AppendPcieLinks(resource.body, device.same_hardware);
+        // What a PCIe device links to sits behind it; what others link to is their own PCIe side.
+        if (kind != DeviceKind::kPcieDevice) {
+            AppendPcieLinks(resource.body, device.same_hardware);
+        }
         const auto slot = slot_of_device_.find(transport::FoldLink(resource.path));
         if (slot != slot_of_device_.end()) device.slot = slot->second;
         Add(std::move(device));

@@ -179,6 +179,15 @@ TEST(DeviceIndexTest, SameHardwareIsFoundThroughFunctions) {
     EXPECT_EQ("/redfish/v1/Chassis/1/PCIeDevices/P1", same[0]->path);
 }
 
+TEST(DeviceIndexTest, DevicesBehindASwitchAreNotTheSwitch) {
+    ServerSnapshot snapshot;
+    snapshot.pcie_devices = {MakeResource("/p/switch", R"({"Links":{"PCIeDevices":["/p/card"]}})"),
+                             MakeResource("/p/card", R"({"Description":"Slot 3"})")};
+    const DeviceIndex index(snapshot);
+    EXPECT_TRUE(index.SameHardware(index.Devices()[0]).empty());
+    EXPECT_FALSE(index.Devices()[0].slot.IsKnown());
+}
+
 TEST(DeviceIndexTest, OlderLocationArrayOfADriveIsRead) {
     ServerSnapshot snapshot;
     snapshot.drives.push_back(MakeResource(
