@@ -1,5 +1,7 @@
 #include "transport/http/curl_transfer.h"
 
+#include <openssl/ssl.h>
+
 #include <algorithm>
 #include <cctype>
 #include <cstring>
@@ -36,6 +38,20 @@ curl_off_t Microseconds(CURL* easy, CURLINFO which) {
     return value;
 }
 
+// What ALPN settled; libcurl itself tells the version only once an answer has come.
+bool IsHttp2Agreed(CURL* easy) {
+    curl_tlssessioninfo* session = nullptr;
+    curl_easy_getinfo(easy, CURLINFO_TLS_SSL_PTR, &session);
+    if (session == nullptr || session->backend != CURLSSLBACKEND_OPENSSL ||
+        session->internals == nullptr) {
+        return false;
+    }
+    const unsigned char* name = nullptr;
+    unsigned int length = 0;
+    SSL_get0_alpn_selected(static_cast<SSL*>(session->internals), &name, &length);
+    return length == 2 && std::memcmp(name, "h2", 2) == 0;
+}
+
 // A line break in a header would let a token from outside add headers of its own.
 bool IsSafeHeader(const std::string& text) {
     return text.find_first_of(std::string_view("\r\n\0", 3)) == std::string::npos;
@@ -52,8 +68,9 @@ void CurlTransfer::Attach(EasyHandle easy, const TransferContext& context, bool 
     response_ = HttpResponse();
     uploaded_ = 0;
     header_bytes_ = 0;
-    is_connected_ = is_too_large_ = is_lost_on_reuse_ = false;
+    is_connected_ = is_http2_ = is_too_large_ = is_lost_on_reuse_ = false;
     error_text_[0] = '\0';
+    is_http1_forced_ = force_http1;
     max_body_bytes_ = context.settings.max_body_bytes;
     SetConnectionOptions(context);
     SetRequestOptions(context);
@@ -179,12 +196,12 @@ HttpOutcome CurlTransfer::FinishSilent() {
 }
 
 bool CurlTransfer::FailedInHttp2(CURLcode code) const {
-    long version = 0;
-    curl_easy_getinfo(easy_.get(), CURLINFO_HTTP_VERSION, &version);
-    const bool is_frame_error = code == CURLE_HTTP2 || code == CURLE_HTTP2_STREAM;
-    const bool is_other_error = code == CURLE_WEIRD_SERVER_REPLY || code == CURLE_RECV_ERROR ||
-                                code == CURLE_UNSUPPORTED_PROTOCOL;
-    return is_frame_error || (is_other_error && version == CURL_HTTP_VERSION_2_0);
+    return code == CURLE_HTTP2 || code == CURLE_HTTP2_STREAM ||
+           (is_http2_ && (code == CURLE_WEIRD_SERVER_REPLY || code == CURLE_UNSUPPORTED_PROTOCOL));
+}
+
+bool CurlTransfer::WasCutInHttp2(CURLcode code) const {
+    return is_http2_ && (code == CURLE_RECV_ERROR || code == CURLE_GOT_NOTHING);
 }
 
 void CurlTransfer::ReadFacts() {
@@ -255,6 +272,7 @@ int CurlTransfer::OnRequestAboutToBeSent(void* self, char*, char*, int, int) {
         return CURL_PREREQFUNC_ABORT;
     }
     transfer->is_connected_ = true;
+    transfer->is_http2_ = IsHttp2Agreed(transfer->Handle());
     transfer->last_sign_of_life_ = std::chrono::steady_clock::now();
     return CURL_PREREQFUNC_OK;
 }

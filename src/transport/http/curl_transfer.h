@@ -54,6 +54,11 @@ class CurlTransfer {
 
     /// True when it failed in the HTTP/2 layer, so that HTTP/1.1 may still work.
     [[nodiscard]] bool FailedInHttp2(CURLcode code) const;
+    /// True when the peer hung up on an HTTP/2 connection before anything came: a sign that it does
+    /// not speak HTTP/2 unless it did so before.
+    [[nodiscard]] bool WasCutInHttp2(CURLcode code) const;
+    [[nodiscard]] bool IsHttp2() const { return is_http2_; }
+    [[nodiscard]] bool IsHttp1Forced() const { return is_http1_forced_; }
 
     [[nodiscard]] HttpMethod Method() const { return request_.method; }
     [[nodiscard]] HttpTransport::Handler TakeHandler() { return std::move(handler_); }
@@ -86,6 +91,8 @@ class CurlTransfer {
     std::size_t header_bytes_ = 0;
     std::size_t max_body_bytes_ = 0;
     bool is_connected_ = false;
+    bool is_http2_ = false;
+    bool is_http1_forced_ = false;
     bool is_too_large_ = false;
     bool is_lost_on_reuse_ = false;
 };

@@ -87,6 +87,7 @@ class CurlTransport::Impl {
     std::unique_ptr<CURLM, MultiDeleter> multi_;
     bool is_drop_wanted_ = false;
     bool is_http1_only_ = false;
+    bool has_http2_worked_ = false;
 };
 
 CurlTransport::Impl::Impl(CurlSettings settings)
@@ -196,16 +197,17 @@ void CurlTransport::Impl::EndTransfer(CURL* easy, CURLcode code) {
     if (transfer == nullptr) {
         return;
     }
-    const bool try_http1 = !is_http1_only_ && transfer->FailedInHttp2(code);
+    has_http2_worked_ = has_http2_worked_ || (transfer->IsHttp2() && code == CURLE_OK);
+    const bool failed_in_http2 =
+        transfer->FailedInHttp2(code) || (!has_http2_worked_ && transfer->WasCutInHttp2(code));
+    const bool try_http1 = !transfer->IsHttp1Forced() && failed_in_http2;
     HttpOutcome outcome;
     if (!try_http1 || transfer->Method() != HttpMethod::kGet) {
         outcome = transfer->Finish(code, trust_);
     }
     curl_multi_remove_handle(multi_.get(), easy);
     spare_handles_.push_back(transfer->Detach());
-    if (try_http1) {
-        is_http1_only_ = true;
-    }
+    is_http1_only_ = is_http1_only_ || try_http1;
     if (try_http1 && transfer->Method() == HttpMethod::kGet) {
         Start(std::move(transfer), true);
         return;
