@@ -90,7 +90,8 @@ std::string RedirectFollower::TargetOf(const std::string& location,
                                        const std::string& asked) const {
     if (location.empty()) return {};
     const std::size_t mark = location.find("://");
-    if (mark == std::string::npos) {
+    // Behind a slash or a question mark it is only text.
+    if (mark == std::string::npos || location.find_first_of("/?#") < mark) {
         if (location.rfind("//", 0) == 0) return {};
         const std::string target = location.front() == '/' ? location : FolderOf(asked) + location;
         return target.substr(0, target.find('#'));

@@ -105,9 +105,10 @@ void RedfishSession::Authorize(HttpRequest& request) const {
 void RedfishSession::LogOut(LoggedOut done) {
     std::vector<std::string> paths = std::exchange(stale_paths_, {});
     const std::string token = std::exchange(token_, std::string());
-    if (!session_path_.empty()) paths.push_back(std::exchange(session_path_, std::string()));
     RedfishFailure failure;
-    if (!token.empty() && paths.empty()) {
+    if (!session_path_.empty()) {
+        paths.push_back(std::exchange(session_path_, std::string()));
+    } else if (!token.empty()) {
         failure.problem = RedfishProblem::kStatus;
         failure.text = "the service did not tell the session's address";
     }
@@ -127,9 +128,9 @@ void RedfishSession::DeleteNext(std::vector<std::string> paths, const std::strin
     request.timeout = timeout_;
     request.headers = {{"Accept", "application/json"}, {"OData-Version", "4.0"}};
     if (!token.empty()) request.headers.emplace_back("X-Auth-Token", token);
-    transport_.Submit(std::move(request), [this, paths = std::move(paths), token,
+    transport_.Submit(std::move(request), [this, paths = std::move(paths), token, failure,
                                            done = std::move(done)](HttpOutcome&& outcome) mutable {
-        RedfishFailure now;
+        RedfishFailure now = failure;
         if (!IsGone(outcome)) now = ReadAnswer("DELETE", paths.front(), std::move(outcome)).failure;
         paths.erase(paths.begin());
         DeleteNext(std::move(paths), token, now, std::move(done));
