@@ -77,17 +77,25 @@ RedfishFailure RedfishService::Open() {
     }
     StepUntil([&] { return root_done && login_done; });
     if (!session_.Token().empty() && settings_.on_secret) settings_.on_secret(session_.Token());
+    const bool root_answered = root.failure.problem != RedfishProblem::kNotReached;
+    if (root_answered && NeverLeft(login.failure)) login = LogInAt(kStandardSessionsPath);
     // What the peer said of user and password outranks all else: it must be counted.
     if (login.failure.problem == RedfishProblem::kUnauthorized) return Refused(login.failure);
     if (login.failure.problem == RedfishProblem::kPasswordChange) return login.failure;
-    if (RedfishFailure failure = EnsureRoot(std::move(root))) return failure;
+    if (RedfishFailure failure = EnsureRoot(std::move(root), login.failure)) return failure;
     return EnsureLogin(std::move(login));
 }
 
 // A root that wants credentials is asked again when there are some.
-RedfishFailure RedfishService::EnsureRoot(RedfishAnswer&& root) {
-    if (root.failure.status == 401 && (!session_.Token().empty() || !session_.IsBasic())) {
-        if (session_.Token().empty()) session_.UseBasic();
+RedfishFailure RedfishService::EnsureRoot(RedfishAnswer&& root, const RedfishFailure& login) {
+    if (root.failure.status == 401) {
+        if (session_.Token().empty()) {
+            const bool may_use_basic =
+                settings_.login == LoginMethod::kBasic ||
+                (settings_.login == LoginMethod::kAuto && MayFallBackToBasic(login));
+            if (!may_use_basic) return login ? login : root.failure;
+            session_.UseBasic();
+        }
         root = GetNow(kRootPath, true);
         if (root.failure.status == 401) return Refused(root.failure);
     }
@@ -97,9 +105,9 @@ RedfishFailure RedfishService::EnsureRoot(RedfishAnswer&& root) {
 }
 
 RedfishFailure RedfishService::EnsureLogin(RedfishAnswer&& first) {
+    if (session_.IsBasic()) return {};  // the root was read with it: it works
     if (settings_.login == LoginMethod::kBasic) return LogInWithBasic();
     RedfishAnswer login = std::move(first);
-    if (NeverLeft(login.failure)) login = LogInAt(kStandardSessionsPath);
     if (IsWrongSessionsPath(login.failure)) {
         const std::string linked = LinkedSessionsPath();
         if (!linked.empty() && linked != kStandardSessionsPath) login = LogInAt(linked);
@@ -137,9 +145,13 @@ RedfishAnswer RedfishService::LogInAt(const std::string& path) {
 // is offered once and not with every request in flight.
 RedfishFailure RedfishService::LogInWithBasic() {
     session_.UseBasic();
+    std::vector<std::string> paths;
     for (const char* name : {"SessionService", "Managers", "Systems", "Chassis"}) {
-        const std::string path = LinkPath(Link(root_, name));
-        if (path.empty()) continue;
+        std::string path = LinkPath(Link(root_, name));
+        if (!path.empty()) paths.push_back(std::move(path));
+    }
+    if (paths.empty()) paths.emplace_back("/redfish/v1/Systems");
+    for (const std::string& path : paths) {
         const RedfishAnswer probe = GetNow(path, true);
         if (probe.failure.status == 401) return Refused(probe.failure);
         if (probe.Ok() || probe.failure.problem != RedfishProblem::kNotFound) {

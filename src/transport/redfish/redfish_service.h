@@ -86,7 +86,7 @@ class RedfishService {
     void Relogged(const RedfishAnswer& answer);
     [[nodiscard]] RedfishAnswer LogInAt(const std::string& path);
     [[nodiscard]] RedfishAnswer GetNow(const std::string& target, bool authorized);
-    [[nodiscard]] RedfishFailure EnsureRoot(RedfishAnswer&& root);
+    [[nodiscard]] RedfishFailure EnsureRoot(RedfishAnswer&& root, const RedfishFailure& login);
     [[nodiscard]] RedfishFailure EnsureLogin(RedfishAnswer&& first);
     [[nodiscard]] RedfishFailure LogInWithBasic();
     [[nodiscard]] std::string LinkedSessionsPath();
