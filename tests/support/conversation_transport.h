@@ -65,7 +65,8 @@ class ConversationTransport : public HttpTransport {
     [[nodiscard]] const std::vector<HttpRequest>& Requests() const { return requests_; }
     [[nodiscard]] std::vector<std::string> Lines() const;
     [[nodiscard]] int TimesAsked(const std::string& line) const;
-    /// The `nth` (from 0) request of that line; an empty one, and a failed test, when there is none.
+    /// The `nth` (from 0) request of that line; an empty one, and a failed test, when there is
+    /// none.
     [[nodiscard]] HttpRequest Request(const std::string& line, int nth = 0) const;
     [[nodiscard]] std::size_t InFlight() const { return in_flight_.size(); }
 

@@ -30,7 +30,9 @@ inline ScriptedReply Refusal(int status, const std::string& message_id = "Base.1
 }
 
 /// `{"@odata.id":"<path>"}`
-inline std::string LinkTo(const std::string& path) { return R"({"@odata.id":")" + path + R"("})"; }
+inline std::string LinkTo(const std::string& path) {
+    return R"({"@odata.id":")" + path + R"("})";
+}
 
 /// A collection whose members are links to `paths`; `more` are further members of the object, each
 /// with a leading comma.

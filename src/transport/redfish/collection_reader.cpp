@@ -126,6 +126,9 @@ void Reading::TakeMembers(boost::json::object& page) {
     } else if (pages_.size() == 1) {
         answer_.failure.problem = RedfishProblem::kBadBody;
         answer_.failure.text = "GET " + path_ + " answered without a list of members";
+    } else {
+        answer_.issues.push_back("GET " + path_ + ": a later page came without a list of members");
+        ++answer_.failed_members;
     }
 }
 

@@ -39,11 +39,13 @@ class RedirectFollowerTest : public ::testing::Test {
     // What is asked second when the first answer leads to `location`; empty: nothing.
     std::string SecondTarget(const std::string& location) {
         peer_.On("GET /a/b?c=d", RedirectTo(location));
-        follower_.Submit([] {
-            HttpRequest request;
-            request.target = "/a/b?c=d";
-            return request;
-        }(), [](HttpOutcome&&) {});
+        follower_.Submit(
+            [] {
+                HttpRequest request;
+                request.target = "/a/b?c=d";
+                return request;
+            }(),
+            [](HttpOutcome&&) {});
         follower_.Step(Milliseconds(1));
         return peer_.Requests().size() < 2 ? std::string() : peer_.Requests().back().target;
     }
@@ -81,7 +83,8 @@ TEST_F(RedirectFollowerTest, HeadersAndTimeoutGoAlong) {
     EXPECT_EQ(again.timeout, Milliseconds(1234));
 }
 
-class RedirectStatusTest : public RedirectFollowerTest, public ::testing::WithParamInterface<int> {};
+class RedirectStatusTest : public RedirectFollowerTest,
+                           public ::testing::WithParamInterface<int> {};
 
 TEST_P(RedirectStatusTest, PostKeepsMethodAndBody) {
     peer_.On("POST /sessions", RedirectTo("/sessions/", GetParam()))
@@ -198,8 +201,7 @@ TEST_F(RedirectFollowerTest, AddressWithOnlyAQueryKeepsIt) {
 
 TEST_F(RedirectFollowerTest, RelativeTextThatHoldsAnAddressInItsQueryStaysHere) {
     peer_.On("GET /login?back=https://192.0.2.8/a", Json("{}"));
-    EXPECT_EQ(SecondTarget("/login?back=https://192.0.2.8/a"),
-              "/login?back=https://192.0.2.8/a");
+    EXPECT_EQ(SecondTarget("/login?back=https://192.0.2.8/a"), "/login?back=https://192.0.2.8/a");
 }
 
 TEST(RedirectFollowerHostTest, NameIsComparedIgnoringCase) {

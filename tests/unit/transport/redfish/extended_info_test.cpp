@@ -27,10 +27,16 @@ boost::json::object Body(const std::string& text) {
     return value.is_object() ? value.get_object() : boost::json::object();
 }
 
-std::vector<ServiceMessage> Read(const std::string& text) { return ReadMessages(Body(text)); }
+std::vector<ServiceMessage> Read(const std::string& text) {
+    return ReadMessages(Body(text));
+}
 
-RedfishProblem ProblemOfId(const std::string& id) { return ProblemOf({{id, ""}}); }
-RedfishProblem ProblemOfText(const std::string& text) { return ProblemOf({{"", text}}); }
+RedfishProblem ProblemOfId(const std::string& id) {
+    return ProblemOf({{id, ""}});
+}
+RedfishProblem ProblemOfText(const std::string& text) {
+    return ProblemOf({{"", text}});
+}
 
 TEST(ExtendedInfoTest, ListBelowErrorGivesEveryMessage) {
     EXPECT_THAT(Read(R"({"error":{"code":"c","message":"m","@Message.ExtendedInfo":[

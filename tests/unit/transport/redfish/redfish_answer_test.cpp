@@ -155,16 +155,12 @@ TEST_P(RedfishAnswerStatusTest, StatusAloneNamesTheProblem) {
 
 INSTANTIATE_TEST_SUITE_P(
     All, RedfishAnswerStatusTest,
-    ::testing::Values(StatusRow{400, RedfishProblem::kStatus},
-                      StatusRow{401, RedfishProblem::kUnauthorized},
-                      StatusRow{403, RedfishProblem::kForbidden},
-                      StatusRow{404, RedfishProblem::kNotFound},
-                      StatusRow{405, RedfishProblem::kStatus},
-                      StatusRow{410, RedfishProblem::kNotFound},
-                      StatusRow{429, RedfishProblem::kStatus},
-                      StatusRow{500, RedfishProblem::kStatus},
-                      StatusRow{501, RedfishProblem::kStatus},
-                      StatusRow{503, RedfishProblem::kStatus}),
+    ::testing::Values(
+        StatusRow{400, RedfishProblem::kStatus}, StatusRow{401, RedfishProblem::kUnauthorized},
+        StatusRow{403, RedfishProblem::kForbidden}, StatusRow{404, RedfishProblem::kNotFound},
+        StatusRow{405, RedfishProblem::kStatus}, StatusRow{410, RedfishProblem::kNotFound},
+        StatusRow{429, RedfishProblem::kStatus}, StatusRow{500, RedfishProblem::kStatus},
+        StatusRow{501, RedfishProblem::kStatus}, StatusRow{503, RedfishProblem::kStatus}),
     [](const auto& row) { return "Status" + std::to_string(row.param.status); });
 
 TEST(RedfishAnswerTest, ForbiddenForWantOfALicenceIsALicenceProblem) {
@@ -180,15 +176,14 @@ TEST(RedfishAnswerTest, ForbiddenForAPasswordChangeIsAPasswordProblem) {
 }
 
 TEST(RedfishAnswerTest, ForbiddenIsNeverTakenForAWrongPassword) {
-    EXPECT_EQ(
-        Read(Json(ErrorBody("Base.1.0.ResourceAtUriUnauthorized", "x"), 403)).failure.problem,
-        RedfishProblem::kForbidden);
+    EXPECT_EQ(Read(Json(ErrorBody("Base.1.0.ResourceAtUriUnauthorized", "x"), 403)).failure.problem,
+              RedfishProblem::kForbidden);
 }
 
 TEST(RedfishAnswerTest, BadRequestThatNamesWrongCredentialsIsUnauthorized) {
-    EXPECT_EQ(Read(Json(ErrorBody("Vendor.1.0.UnauthorizedLoginAttempt", "x"), 400))
-                  .failure.problem,
-              RedfishProblem::kUnauthorized);
+    EXPECT_EQ(
+        Read(Json(ErrorBody("Vendor.1.0.UnauthorizedLoginAttempt", "x"), 400)).failure.problem,
+        RedfishProblem::kUnauthorized);
 }
 
 TEST(RedfishAnswerTest, UnavailableForWantOfASessionIsASessionProblem) {

@@ -64,8 +64,7 @@ TEST_F(RedfishServiceGetTest, CarriesTokenAndProtocolVersion) {
     Run();
     EXPECT_EQ(TokenOf("GET /a"), "first");
     EXPECT_EQ(ConversationTransport::Header(peer_.Request("GET /a"), "OData-Version"), "4.0");
-    EXPECT_EQ(ConversationTransport::Header(peer_.Request("GET /a"), "Accept"),
-              "application/json");
+    EXPECT_EQ(ConversationTransport::Header(peer_.Request("GET /a"), "Accept"), "application/json");
 }
 
 TEST_F(RedfishServiceGetTest, HandlerIsNotCalledFromGet) {

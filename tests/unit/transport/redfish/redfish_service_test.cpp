@@ -108,8 +108,7 @@ TEST_F(RedfishServiceTest, UnreachableHostFailsWithTheTransportsReason) {
 TEST_F(RedfishServiceTest, RootThatWantsALoginIsAskedAgainWithTheToken) {
     peer_.On(kAskRoot, Status(401)).On(kLogIn, SessionMade()).On(kAskRoot, Json(kRoot));
     EXPECT_FALSE(Open());
-    EXPECT_EQ(ConversationTransport::Header(peer_.Request(kAskRoot, 1), "X-Auth-Token"),
-              "token-1");
+    EXPECT_EQ(ConversationTransport::Header(peer_.Request(kAskRoot, 1), "X-Auth-Token"), "token-1");
 }
 
 TEST_F(RedfishServiceTest, RootThatRefusesTheTokenTooIsARefusedLogin) {
@@ -353,9 +352,8 @@ INSTANTIATE_TEST_SUITE_P(
                   "$expand=.($levels=2)"},
         ExpandRow{"DeeperThanTold", R"({"ExpandQuery":{"NoLinks":true,"Levels":true}})", 2,
                   "$expand=.($levels=1)"},
-        ExpandRow{"ZeroLevels",
-                  R"({"ExpandQuery":{"NoLinks":true,"Levels":true,"MaxLevels":0}})", 1,
-                  "$expand=.($levels=1)"},
+        ExpandRow{"ZeroLevels", R"({"ExpandQuery":{"NoLinks":true,"Levels":true,"MaxLevels":0}})",
+                  1, "$expand=.($levels=1)"},
         ExpandRow{"TextForTruth", R"({"ExpandQuery":{"NoLinks":"true"}})", 1, "$expand=."},
         ExpandRow{"ListForObject", R"({"ExpandQuery":[]})", 1, ""},
         ExpandRow{"NullFeatures", "null", 1, ""}, ExpandRow{"NoExpand", "{}", 1, ""}),

@@ -169,11 +169,11 @@ TEST_F(RedfishSessionTest, FailureNeverQuotesThePassword) {
 }
 
 TEST_F(RedfishSessionTest, PasswordChangeSaidAtLoginIsAFailureWithASessionToDelete) {
-    peer_.On(kLogin,
-             Json(R"({"@Message.ExtendedInfo":[{"MessageId":"Base.1.0.PasswordChangeRequired"}]})",
-                  201)
-                 .With("x-auth-token", "t")
-                 .With("location", "/s/1"));
+    peer_.On(
+        kLogin,
+        Json(R"({"@Message.ExtendedInfo":[{"MessageId":"Base.1.0.PasswordChangeRequired"}]})", 201)
+            .With("x-auth-token", "t")
+            .With("location", "/s/1"));
     peer_.On("DELETE /s/1", Status(204));
     EXPECT_EQ(LogIn().failure.problem, RedfishProblem::kPasswordChange);
     EXPECT_FALSE(LogOut());
