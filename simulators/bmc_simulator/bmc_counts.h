@@ -1,4 +1,6 @@
-// What a simulated BMC saw. A copy taken at one moment; tests assert on it.
+// What a simulated BMC saw. A copy taken at one moment; tests assert on it. Requests, statuses and
+// sessions are counted before the answer leaves; ends of connections and failed handshakes are seen
+// by the client first and counted a little later.
 
 #pragma once
 

@@ -53,7 +53,7 @@ struct FaultRule {
     std::string target;  ///< whole raw request target, query included
     std::string target_prefix;
     std::string target_contains;  ///< for example "$expand"
-    int nth_request = 0;          ///< ordinal of the request at this BMC, from 1; 0: any
+    int nth_request = 0;          ///< ordinal since the start or ResetCounts, from 1; 0: any
     int skip = 0;                 ///< spare the first so many requests that match
     int times = -1;               ///< how often; -1: every time
     Fault fault;

@@ -92,6 +92,11 @@ std::pair<std::string, std::string> Render(const ServiceRequest& request,
     return {head + "\r\n", has_body ? reply.body : std::string()};
 }
 
+bool IsUnanswered(const std::optional<Fault>& fault) {
+    return fault && (fault->kind == Fault::Kind::kReset || fault->kind == Fault::Kind::kSilent ||
+                     fault->kind == Fault::Kind::kEmptyReply);
+}
+
 bool AsksToClose(const ServiceRequest& request) {
     const std::string* connection = FindHeader(request.headers, "Connection");
     return connection && (*connection == "close" || *connection == "Close");
@@ -121,7 +126,7 @@ class BmcSimulator::Impl {
     asio::awaitable<void> ServeRequests(Wire& wire, int connection);
     asio::awaitable<bool> ShakeHands(Wire& wire);
     asio::awaitable<bool> AnswerOne(Wire& wire, const ServiceRequest& request, int connection);
-    static asio::awaitable<bool> GiveNoAnswer(Wire& wire, Fault::Kind kind);
+    asio::awaitable<void> EndUnanswered(Wire& wire, const BmcState::Taken& taken);
     static asio::awaitable<bool> Send(Wire& wire, const ServiceRequest& request, ServiceReply reply,
                                       const std::optional<Fault>& fault);
     static asio::awaitable<bool> Drip(Wire& wire, std::string body, const Fault& fault);
@@ -245,9 +250,12 @@ asio::awaitable<bool> BmcSimulator::Impl::AnswerOne(Wire& wire, const ServiceReq
                                                     int connection) {
     const BmcState::Taken taken = state_.TakeRequest(request, connection);
     const bool paced = co_await wire.PauseUntil(state_.ResponseSlot(taken.fault));
-    const bool silent = paced && taken.fault && co_await GiveNoAnswer(wire, taken.fault->kind);
-    if (!paced || silent) {
+    if (!paced) {
         state_.FinishRequest(taken.ordinal, 0);
+        co_return false;
+    }
+    if (IsUnanswered(taken.fault)) {
+        co_await EndUnanswered(wire, taken);
         co_return false;
     }
     ServiceReply reply = state_.Answer(request, taken.fault);
@@ -256,16 +264,11 @@ asio::awaitable<bool> BmcSimulator::Impl::AnswerOne(Wire& wire, const ServiceReq
     co_return co_await Send(wire, request, std::move(reply), taken.fault);
 }
 
-/// True where the fault is to give no answer at all.
-asio::awaitable<bool> BmcSimulator::Impl::GiveNoAnswer(Wire& wire, Fault::Kind kind) {
-    if (kind == Fault::Kind::kReset) {
-        wire.Reset();
-    } else if (kind == Fault::Kind::kSilent) {
-        co_await wire.WaitForPeerToLeave();
-    } else if (kind != Fault::Kind::kEmptyReply) {
-        co_return false;
-    }
-    co_return true;
+asio::awaitable<void> BmcSimulator::Impl::EndUnanswered(Wire& wire, const BmcState::Taken& taken) {
+    if (taken.fault->kind == Fault::Kind::kSilent) co_await wire.WaitForPeerToLeave();
+    // Counted before the client can notice, like an answer.
+    state_.FinishRequest(taken.ordinal, 0);
+    if (taken.fault->kind == Fault::Kind::kReset) wire.Reset();
 }
 
 /// True where the connection stays open for the next request.

@@ -80,8 +80,12 @@ TEST(BmcSimulatorFaultTest, DrippedBodyArrivesWhole) {
 TEST(BmcSimulatorFaultTest, DrippedBodyOutlastsAnImpatientClient) {
     const SmallTree tree;
     SmallBmc small(tree.Options());
-    small.bmc.SetFaults({On(kPart, Make(Fault::Kind::kSlowDrip))});
-    small.client.SetOption(CURLOPT_TIMEOUT_MS, 200L);
+    Fault fault = Make(Fault::Kind::kSlowDrip);
+    fault.drip_interval = std::chrono::milliseconds(500);
+    small.bmc.SetFaults({On(kPart, fault)});
+    // The patience is for the body alone: the handshake is over and done with.
+    small.client.Get("/redfish/v1");
+    small.client.SetOption(CURLOPT_TIMEOUT_MS, 1200L);
     const Reply reply = small.client.Get(kPart);
     EXPECT_EQ(reply.result, CURLE_OPERATION_TIMEDOUT);
     EXPECT_EQ(reply.status, 200);
