@@ -3,8 +3,8 @@
 // The doubles beside this file define the platform's classes and functions and forward every call,
 // constructors included, to the installed object; so the order of platform calls, calls that must
 // not happen and calls that nobody scripted are ordinary mock expectations. A double holds no
-// logic. Logging has a double of its own (log_double.h), progress bars too (progress_bar_mock.h); the
-// table printer is pure and needs none.
+// logic. Logging has a double of its own (log_double.h), progress bars too (progress_bar_mock.h);
+// the table printer is pure and needs none.
 #pragma once
 
 #include <gmock/gmock.h>
