@@ -111,6 +111,18 @@ std::int32_t TypeOf(const Place& place) {
     return IsCard(place.kind) && is_slot ? kSlotPcie : kSlotOnBoard;
 }
 
+/// "Slot=14:Port=2:Box=1:Bay=1" is the way to a part; only its end is where the part is.
+std::string EndOfPath(const std::string& label) {
+    const bool is_path = label.find('=') != std::string::npos;
+    return is_path ? label.substr(label.rfind(':') + 1) : label;
+}
+
+void SetLabel(const std::string& label, Place& place) {
+    const std::string end = EndOfPath(label);
+    place.words = Words(end);
+    place.label = Lower(end);
+}
+
 bool IsOnBoard(const Place& place) {
     return place.location_type == "embedded" || Has(place.label, "system board") ||
            HasAnyWord(place.words, {"embedded", "onboard", "integrated"});
@@ -139,16 +151,14 @@ Slot SlotOfLocation(const boost::json::object& location, DeviceKind kind,
         const auto ordinal = json::Integer(*part, "LocationOrdinalValue");
         if (ordinal && *ordinal >= 0) place.ordinal = std::to_string(*ordinal);
     }
-    place.words = Words(label);
-    place.label = Lower(label);
+    SetLabel(label, place);
     return SlotOf(place);
 }
 
 Slot SlotOfLabel(const std::string& label, DeviceKind kind) {
     Place place;
     place.kind = kind;
-    place.words = Words(label);
-    place.label = Lower(label);
+    SetLabel(label, place);
     return SlotOf(place);
 }
 

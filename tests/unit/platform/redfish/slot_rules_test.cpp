@@ -66,6 +66,11 @@ TEST(SlotRulesTest, DrivesTakeTheBayOfALongLabel) {
     EXPECT_EQ((Slot{"1", kSlotM2Bay}), SlotOfLabel("M.2 Bay 1", kDrive));
 }
 
+TEST(SlotRulesTest, PartBehindACardIsNotInTheCardsSlot) {
+    EXPECT_EQ(Slot{}, SlotOfLabel("Slot=14:Port=2:Box=1", kPcieDevice));
+    EXPECT_EQ((Slot{"14", kSlotPcie}), SlotOfLabel("Slot=14", kPcieDevice));
+}
+
 TEST(SlotRulesTest, PowerSuppliesTakeThePrintedNumberBeforeTheOrdinal) {
     EXPECT_EQ(
         (Slot{"1", kSlotPsu}),
