@@ -20,7 +20,8 @@ struct CurlSettings {
     bool verify_certificate = true;
     std::string ca_file;      ///< empty: the system's store
     std::string fingerprint;  ///< SHA-256 of the certificate, hexadecimal, colons allowed; when
-                              ///< set it alone decides, chain and name are not looked at
+                              ///< set it decides, chain and name are not looked at; a short key
+                              ///< is refused all the same unless legacy_tls allows it
     bool legacy_tls = false;  ///< TLS 1.0 and up, security level 0, legacy renegotiation
     std::string proxy;        ///< empty: connect directly
     bool use_environment_proxy = false;

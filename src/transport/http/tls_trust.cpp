@@ -1,5 +1,6 @@
 #include "transport/http/tls_trust.h"
 
+#include <openssl/evp.h>
 #include <openssl/sha.h>
 #include <openssl/ssl.h>
 #include <openssl/x509.h>
@@ -24,17 +25,33 @@ int HexValue(char letter) {
     return -1;
 }
 
-// Called by OpenSSL instead of its own chain check, with the peer's certificate at hand.
-int CheckPinnedCertificate(X509_STORE_CTX* context, void* trust) {
-    X509* const certificate = X509_STORE_CTX_get0_cert(context);
+// What OpenSSL's usual security level asks for: RSA with 2048 bits (NIST SP 800-57).
+constexpr int kLeastSecurityBits = 112;
+
+// Anybody can work out a short enough key, whatever the fingerprint of its certificate.
+bool IsKeyStrong(X509* certificate) {
+    const EVP_PKEY* const key = X509_get0_pubkey(certificate);
+    return key != nullptr && EVP_PKEY_get_security_bits(key) >= kLeastSecurityBits;
+}
+
+int JudgePinnedCertificate(X509* certificate, TlsTrust& trust) {
     unsigned char* der = nullptr;
     const int size = certificate == nullptr ? -1 : i2d_X509(certificate, &der);
     const auto free_der = [](unsigned char* bytes) { OPENSSL_free(bytes); };
     const std::unique_ptr<unsigned char, decltype(free_der)> holder(der, free_der);
-    const bool is_wanted =
-        size > 0 && static_cast<TlsTrust*>(trust)->IsWanted(der, static_cast<std::size_t>(size));
-    X509_STORE_CTX_set_error(context, is_wanted ? X509_V_OK : X509_V_ERR_APPLICATION_VERIFICATION);
-    return is_wanted ? 1 : 0;
+    if (size <= 0 || !trust.IsWanted(der, static_cast<std::size_t>(size))) {
+        return X509_V_ERR_APPLICATION_VERIFICATION;
+    }
+    const bool is_strong = trust.IsLegacyAllowed() || IsKeyStrong(certificate);
+    return is_strong ? X509_V_OK : X509_V_ERR_EE_KEY_TOO_SMALL;
+}
+
+// Called by OpenSSL instead of its own chain check, with the peer's certificate at hand.
+int CheckPinnedCertificate(X509_STORE_CTX* context, void* trust) {
+    const int verdict =
+        JudgePinnedCertificate(X509_STORE_CTX_get0_cert(context), *static_cast<TlsTrust*>(trust));
+    X509_STORE_CTX_set_error(context, verdict);
+    return verdict == X509_V_OK ? 1 : 0;
 }
 
 CURLcode ConfigureContext(CURL*, void* ssl_context, void* trust_pointer) {
@@ -128,6 +145,7 @@ bool TlsTrust::IsWanted(const std::uint8_t* certificate, std::size_t size) {
     Sha256Digest digest{};
     SHA256(certificate, size, digest.data());
     if (pin_ && digest == *pin_) {
+        seen_fingerprint_.clear();
         return true;
     }
     seen_fingerprint_ = FingerprintText(digest);

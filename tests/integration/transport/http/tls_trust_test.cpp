@@ -1,5 +1,11 @@
 // Whom the transport trusts, against real TLS services.
 #include <gtest/gtest.h>
+#include <openssl/evp.h>
+#include <openssl/pem.h>
+#include <openssl/rsa.h>
+#include <openssl/x509v3.h>
+
+#include <memory>
 
 #include "integration/transport/http/http_client.h"
 
@@ -145,6 +151,33 @@ BmcOptions OldTls() {
     return options;
 }
 
+std::string TextOf(BIO* bio) {
+    char* bytes = nullptr;
+    const long size = BIO_get_mem_data(bio, &bytes);
+    return std::string(bytes, static_cast<std::size_t>(size));
+}
+
+// A certificate with a key that no current controller has, but some old ones do.
+BmcOptions VeryShortKey() {
+    const std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)> key(EVP_RSA_gen(512), EVP_PKEY_free);
+    const std::unique_ptr<X509, decltype(&X509_free)> certificate(X509_new(), X509_free);
+    const std::unique_ptr<BIO, decltype(&BIO_free)> key_text(BIO_new(BIO_s_mem()), BIO_free);
+    const std::unique_ptr<BIO, decltype(&BIO_free)> text(BIO_new(BIO_s_mem()), BIO_free);
+    ASN1_INTEGER_set(X509_get_serialNumber(certificate.get()), 1);
+    X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -3600);
+    X509_gmtime_adj(X509_getm_notAfter(certificate.get()), 3600);
+    X509_set_pubkey(certificate.get(), key.get());
+    X509_sign(certificate.get(), key.get(), EVP_sha256());
+    PEM_write_bio_PrivateKey(key_text.get(), key.get(), nullptr, nullptr, 0, nullptr, nullptr);
+    PEM_write_bio_X509(text.get(), certificate.get());
+    BmcOptions options = SmallBmc();
+    options.key_kind = simulators::KeyKind::kRsa1024;  // lowers the simulator's own demands
+    options.tls_max = simulators::TlsVersion::kTls12;  // later versions cannot use such a key
+    options.certificate_pem = TextOf(text.get());
+    options.private_key_pem = TextOf(key_text.get());
+    return options;
+}
+
 BmcOptions ShortKey() {
     BmcOptions options = SmallBmc();
     options.key_kind = simulators::KeyKind::kRsa1024;
@@ -178,6 +211,22 @@ TEST(TlsTrustTest, ShortKeyIsRefusedAndTheOptionNamed) {
 TEST(TlsTrustTest, ShortKeyWorksOnDemand) {
     const BmcSimulator bmc(ShortKey());
     CurlSettings settings = SettingsFor(bmc);
+    settings.legacy_tls = true;
+    const HttpOutcome outcome = AskOnce(settings, Get(kRoot));
+    EXPECT_EQ(outcome.response.status, 200) << outcome.error.text;
+}
+
+TEST(TlsTrustTest, VeryShortKeyIsRefusedAndTheOptionNamed) {
+    const BmcSimulator bmc(VeryShortKey());
+    const HttpOutcome outcome = AskOnce(PinnedTo(bmc, bmc.Fingerprint()), Get(kRoot));
+    EXPECT_EQ(outcome.error.kind, HttpErrorKind::kUntrusted);
+    EXPECT_NE(outcome.error.text.find("--tls-legacy"), std::string::npos) << outcome.error.text;
+    ExpectNothingSent(bmc);
+}
+
+TEST(TlsTrustTest, VeryShortKeyWorksOnDemand) {
+    const BmcSimulator bmc(VeryShortKey());
+    CurlSettings settings = PinnedTo(bmc, bmc.Fingerprint());
     settings.legacy_tls = true;
     const HttpOutcome outcome = AskOnce(settings, Get(kRoot));
     EXPECT_EQ(outcome.response.status, 200) << outcome.error.text;
