@@ -290,6 +290,17 @@ TEST(FirmwareReaderTest, SoftwareInventoryAddsWhatIsNotInTheOther) {
     EXPECT_EQ("4", reading.entries[1].identity.Classifications);
 }
 
+TEST(FirmwareReaderTest, EqualIdsOnDifferentDevicesAreNoBackups) {
+    const FirmwareReading reading =
+        ReadMembers({FirmwareMember("1", R"({"Id":"1","SoftwareId":"PSU","Name":"PSU 1"})"),
+                     FirmwareMember("2", R"({"Id":"2","SoftwareId":"PSU","Name":"PSU 2"})")});
+    ASSERT_EQ(2U, reading.entries.size());
+    for (const FirmwareEntry& entry : reading.entries) {
+        EXPECT_EQ("PSU", entry.identity.SoftwareID);
+        EXPECT_EQ("", entry.identity.SoftwareRole);
+    }
+}
+
 TEST(FirmwareReaderTest, EmptySnapshotGivesNothing) {
     const FirmwareReading reading = Read({});
     EXPECT_TRUE(reading.entries.empty());

@@ -93,6 +93,22 @@ TEST(ManagedSystemTest, SystemOfTheServingManagerIsPreferred) {
     EXPECT_EQ("/redfish/v1/Managers/Own", managed.manager->path);
 }
 
+TEST(ManagedSystemTest, PhysicalSystemIsPreferredToOtherTypes) {
+    ServerSnapshot snapshot;
+    snapshot.systems.push_back(SystemResource("Dpu", R"(,"SystemType":"DPU","Model":"Dpu")"));
+    snapshot.systems.push_back(
+        SystemResource("Host", R"(,"SystemType":"Physical","Model":"Host")"));
+    EXPECT_EQ("Host", FindManagedSystem(snapshot).machine_type);
+}
+
+TEST(ManagedSystemTest, SystemThatNamesItsManagerIsPreferred) {
+    ServerSnapshot snapshot;
+    snapshot.systems.push_back(SystemResource("A", R"(,"Model":"A")"));
+    snapshot.systems.push_back(
+        SystemResource("B", R"(,"Model":"B","Links":{"ManagedBy":["/redfish/v1/Managers/1"]})"));
+    EXPECT_EQ("B", FindManagedSystem(snapshot).machine_type);
+}
+
 TEST(ManagedSystemTest, EqualCandidatesAreListedAndTheFirstIsUsed) {
     ServerSnapshot snapshot;
     for (const char* id : {"Node3", "Node1", "Node2"}) {
