@@ -63,10 +63,12 @@ PasswordResult FromStandardInput() {
     return FromRead(state, std::move(line), "The standard input");
 }
 
-PasswordResult FromPrompt(const ScanArguments& arguments) {
+PasswordResult FromPrompt(const ScanArguments& arguments,
+                          const std::function<bool()>& is_interrupted) {
     std::string line;
-    const ReadState state = PromptWithoutEcho(
-        "Password for " + arguments.user + "@" + TargetText(arguments) + ": ", line);
+    const ReadState state =
+        PromptWithoutEcho("Password for " + arguments.user + "@" + TargetText(arguments) + ": ",
+                          is_interrupted, line);
     if (state == ReadState::kMissing) {
         return Error(
             "There is no password and no terminal to ask for it; use the environment "
@@ -78,14 +80,15 @@ PasswordResult FromPrompt(const ScanArguments& arguments) {
 
 }  // namespace
 
-PasswordResult FindPassword(const ScanArguments& arguments) {
+PasswordResult FindPassword(const ScanArguments& arguments,
+                            const std::function<bool()>& is_interrupted) {
     std::string from_environment;
     const bool is_in_environment = TakeEnvironmentVariable(kPasswordVariable, from_environment);
     const PasswordSource& source = arguments.password;
     if (!source.file.empty()) return FromFile(source.file);
     if (source.descriptor >= 0) return FromDescriptor(source.descriptor);
     if (source.is_stdin) return FromStandardInput();
-    if (!is_in_environment) return FromPrompt(arguments);
+    if (!is_in_environment) return FromPrompt(arguments, is_interrupted);
     return FromRead(ReadState::kOk, std::move(from_environment), "");
 }
 

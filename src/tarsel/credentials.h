@@ -1,6 +1,7 @@
 // Finds the password for a target: option, environment variable or prompt, in this order.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "tarsel/scan_arguments.h"
@@ -18,6 +19,8 @@ struct PasswordResult {
 };
 
 /// Asks the sources of `arguments`. Always clears the variable, also when another source wins.
-PasswordResult FindPassword(const ScanArguments& arguments);
+/// `is_interrupted` tells whether the user asked to stop already.
+PasswordResult FindPassword(const ScanArguments& arguments,
+                            const std::function<bool()>& is_interrupted);
 
 }  // namespace tarsel

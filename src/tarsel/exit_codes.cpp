@@ -5,6 +5,8 @@
 namespace tarsel {
 namespace {
 
+constexpr std::int32_t kGenericFailure = 1;
+constexpr std::int32_t kConnectionFailed = 13;
 constexpr std::int32_t kInterruptedByUser = 47;
 constexpr int kInterruptSignal = 2;
 
@@ -15,28 +17,28 @@ struct Row {
 
 // Every code that is not listed is a plain failure.
 constexpr std::array kTable = {
-    Row{5, kExitUsage},              // invalid parameter
-    Row{56, kExitUsage},             // the address is none
-    Row{12, kExitAuthentication},    // user name or password refused
-    Row{51, kExitAuthentication},    // password too long for the protocol
-    Row{54, kExitAuthentication},    // password must be changed first
-    Row{63, kExitAuthentication},    // IPMI session refused
-    Row{13, kExitUnreachable},       // nobody answered
-    Row{14, kExitUnreachable},       // ping failed
-    Row{18, kExitUnreachable},       // no answer in time
-    Row{50, kExitUnreachable},       // system interface
-    Row{36, kExitTls},               // certificate or fingerprint
-    Row{0x10071, kExitTls},          // certificate authority
-    Row{25, kExitUnsupported},       // function not supported
-    Row{42, kExitUnsupported},       // remote machine not supported
-    Row{52, kExitUnsupported},       // no Redfish service
-    Row{55, kExitUnsupported},       // CIM over HTTPS is off
-    Row{65, kExitUnsupported},       // security mode forbids it
-    Row{66, kExitUnsupported},       // no CIM service
-    Row{68, kExitUnsupported},       // interface not supported
-    Row{0x1006D, kExitUnsupported},  // legacy brand
-    Row{0x10070, kExitUnsupported},  // operating system not supported
-    Row{0x40068, kExitUnsupported},  // command not supported on this system
+    Row{5, kExitUsage},                        // invalid parameter
+    Row{56, kExitUsage},                       // the address is none
+    Row{12, kExitAuthentication},              // user name or password refused
+    Row{51, kExitAuthentication},              // password too long for the protocol
+    Row{54, kExitAuthentication},              // password must be changed first
+    Row{63, kExitAuthentication},              // IPMI session refused
+    Row{kConnectionFailed, kExitUnreachable},  // nobody answered
+    Row{14, kExitUnreachable},                 // ping failed
+    Row{18, kExitUnreachable},                 // no answer in time
+    Row{50, kExitUnreachable},                 // system interface
+    Row{36, kExitTls},                         // certificate or fingerprint
+    Row{0x10071, kExitTls},                    // certificate authority
+    Row{25, kExitUnsupported},                 // function not supported
+    Row{42, kExitUnsupported},                 // remote machine not supported
+    Row{52, kExitUnsupported},                 // no Redfish service
+    Row{55, kExitUnsupported},                 // CIM over HTTPS is off
+    Row{65, kExitUnsupported},                 // security mode forbids it
+    Row{66, kExitUnsupported},                 // no CIM service
+    Row{68, kExitUnsupported},                 // interface not supported
+    Row{0x1006D, kExitUnsupported},            // legacy brand
+    Row{0x10070, kExitUnsupported},            // operating system not supported
+    Row{0x40068, kExitUnsupported},            // command not supported on this system
 };
 
 int ExitCodeOfFailure(std::int32_t code) {
@@ -54,6 +56,12 @@ int ExitCodeFor(std::int32_t code, bool is_partial, int signal) {
     if (signal != 0) return kExitSignalBase + signal;
     if (code == kInterruptedByUser) return kExitSignalBase + kInterruptSignal;
     return ExitCodeOfFailure(code);
+}
+
+std::int32_t TellingCode(std::int32_t code, std::int32_t last_failure, bool has_answered) {
+    if (code != kConnectionFailed) return code;
+    if (last_failure != 0) return last_failure;
+    return has_answered ? kGenericFailure : code;
 }
 
 std::string ExitCodeTable() {

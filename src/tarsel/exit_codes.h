@@ -22,6 +22,12 @@ enum ExitCode : int {
 /// the signal that interrupted the scan, 0 for none; it decides when the scan did not succeed.
 int ExitCodeFor(std::int32_t code, bool is_partial, int signal);
 
+/// The code that tells best why a scan failed. "Connection failed" may be the answer of the last
+/// protocol that was tried, while an earlier one knows more: `last_failure` is the target's last
+/// failure (0: none), `has_answered` says that facts were read. Other codes are returned as they
+/// are.
+std::int32_t TellingCode(std::int32_t code, std::int32_t last_failure, bool has_answered);
+
 /// The table for --help.
 std::string ExitCodeTable();
 

@@ -7,6 +7,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "common/version/version.h"
 #include "platform/connection/run_context.h"
@@ -34,6 +35,7 @@ namespace {
 using SystemClock = std::chrono::system_clock;
 using Vantix::Log;
 using Vantix::VantixConnection::RunContext;
+using Vantix::VantixConnection::SourceStatus;
 
 constexpr const char* kSource = "tarsel/scan_command";
 // The keys under which the scan through a BMC asks for its estimate.
@@ -81,12 +83,17 @@ void PrintError(const std::string& sentence) {
     std::cerr << "tarsel: " << sentence << std::endl;
 }
 
+bool HasAnswered(const std::vector<SourceStatus>& sources) {
+    return std::any_of(sources.begin(), sources.end(),
+                       [](const SourceStatus& source) { return source.items_read > 0; });
+}
+
 int ScanRun::Run() {
     if (const std::string error = PrepareOutputFolder(arguments_.output_dir); !error.empty()) {
         PrintError(error);
         return kExitFailed;
     }
-    PasswordResult password = FindPassword(arguments_);
+    PasswordResult password = FindPassword(arguments_, [] { return Interruption::Signal() != 0; });
     if (!password.is_found) {
         PrintError(password.error);
         return password.is_interrupted ? kExitSignalBase + Interruption::Signal() : kExitUsage;
@@ -97,7 +104,9 @@ int ScanRun::Run() {
     TimeEstimation::getInstance()->UseFile(DurationFile());
     Scan(password.password);
     WipeText(password.password);
-    exit_code_ = ExitCodeFor(result_.code, run_->IsPartial(), Interruption::Signal());
+    const std::int32_t code =
+        TellingCode(result_.code, run_->LastFailure().code, HasAnswered(run_->Sources()));
+    exit_code_ = ExitCodeFor(code, run_->IsPartial(), Interruption::Signal());
     SaveScanXml();
     PrintTables();
     SaveCommonResult();

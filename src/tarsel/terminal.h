@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 
 namespace tarsel {
@@ -28,7 +29,9 @@ inline constexpr std::size_t kLongestPassword = 4096;
 
 /// Shows `prompt` on the controlling terminal and reads one line without showing it. The terminal
 /// is as before afterwards, also after a signal. kMissing without a terminal. An empty line is kOk.
-ReadState PromptWithoutEcho(const std::string& prompt, std::string& line);
+/// `is_interrupted` is asked once nothing can interrupt unnoticed any more.
+ReadState PromptWithoutEcho(const std::string& prompt, const std::function<bool()>& is_interrupted,
+                            std::string& line);
 
 /// The first line of a file that only its owner may read and write, without its line end.
 ReadState ReadPrivateFileLine(const std::string& file, std::string& line);

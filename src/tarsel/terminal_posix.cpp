@@ -1,6 +1,8 @@
 #include "tarsel/terminal.h"
 
 #include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <termios.h>
@@ -55,6 +57,30 @@ class SilentTerminal {
     bool is_silent_ = false;
 };
 
+// Holds back the signals that ask to stop, except while WaitForInput waits: a signal between the
+// look at a flag and the read after it would otherwise go unnoticed.
+class HeldSignals {
+  public:
+    HeldSignals() {
+        sigset_t stopping;
+        sigemptyset(&stopping);
+        for (const int number : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&stopping, number);
+        pthread_sigmask(SIG_BLOCK, &stopping, &former_);
+    }
+    ~HeldSignals() { pthread_sigmask(SIG_SETMASK, &former_, nullptr); }
+    HeldSignals(const HeldSignals&) = delete;
+    HeldSignals& operator=(const HeldSignals&) = delete;
+
+    /// False when a signal came.
+    [[nodiscard]] bool WaitForInput(int descriptor) const {
+        pollfd waiting{descriptor, POLLIN, 0};
+        return ppoll(&waiting, 1, nullptr, &former_) > 0;
+    }
+
+  private:
+    sigset_t former_{};
+};
+
 bool WriteAll(int descriptor, std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = write(descriptor, text.data(), text.size());
@@ -98,11 +124,16 @@ std::size_t TerminalColumns() {
     return size.ws_col;
 }
 
-ReadState PromptWithoutEcho(const std::string& prompt, std::string& line) {
+ReadState PromptWithoutEcho(const std::string& prompt, const std::function<bool()>& is_interrupted,
+                            std::string& line) {
     const Descriptor terminal(open("/dev/tty", O_RDWR | O_CLOEXEC | O_NOCTTY));
     if (!terminal.IsOpen()) return ReadState::kMissing;
+    const HeldSignals signals;
+    if (is_interrupted()) return ReadState::kInterrupted;
     const SilentTerminal silence(terminal.Number());
     if (!silence.IsSilent() || !WriteAll(terminal.Number(), prompt)) return ReadState::kFailed;
+    // A terminal gives whole lines: once there is something, the rest does not wait.
+    if (!signals.WaitForInput(terminal.Number())) return ReadState::kInterrupted;
     return ReadLine(terminal.Number(), line);
 }
 

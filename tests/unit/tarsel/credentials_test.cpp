@@ -26,9 +26,13 @@ class CredentialsTest : public testing::Test {
         return file;
     }
 
+    PasswordResult Find() {
+        return FindPassword(arguments_, [] { return false; });
+    }
+
     PasswordResult FromFile(const std::string& file) {
         arguments_.password.file = file;
-        return FindPassword(arguments_);
+        return Find();
     }
 
     test_support::TemporaryFolder folder_;
@@ -37,7 +41,7 @@ class CredentialsTest : public testing::Test {
 
 TEST_F(CredentialsTest, EnvironmentVariableIsUsedAndTakenAway) {
     setenv(kPasswordVariable, "FakePass1", 1);
-    const PasswordResult result = FindPassword(arguments_);
+    const PasswordResult result = Find();
     EXPECT_TRUE(result.is_found);
     EXPECT_EQ(result.password, "FakePass1");
     EXPECT_EQ(std::getenv(kPasswordVariable), nullptr);
@@ -99,7 +103,7 @@ TEST_F(CredentialsTest, DescriptorGivesItsFirstLineAndKeepsTheRest) {
     ASSERT_EQ(pipe(ends), 0);
     ASSERT_EQ(write(ends[1], "FakePass1\nrest", 14), 14);
     arguments_.password.descriptor = ends[0];
-    EXPECT_EQ(FindPassword(arguments_).password, "FakePass1");
+    EXPECT_EQ(Find().password, "FakePass1");
     char rest[8] = {};
     EXPECT_EQ(read(ends[0], rest, sizeof rest), 4);
     close(ends[0]);
@@ -108,7 +112,7 @@ TEST_F(CredentialsTest, DescriptorGivesItsFirstLineAndKeepsTheRest) {
 
 TEST_F(CredentialsTest, DescriptorThatIsNotOpenIsNamed) {
     arguments_.password.descriptor = 987;
-    const PasswordResult result = FindPassword(arguments_);
+    const PasswordResult result = Find();
     EXPECT_FALSE(result.is_found);
     EXPECT_THAT(result.error, HasSubstr("987"));
 }
@@ -118,7 +122,7 @@ TEST_F(CredentialsTest, ClosedDescriptorGivesNoPassword) {
     ASSERT_EQ(pipe(ends), 0);
     close(ends[1]);
     arguments_.password.descriptor = ends[0];
-    EXPECT_THAT(FindPassword(arguments_).error, HasSubstr("is empty"));
+    EXPECT_THAT(Find().error, HasSubstr("is empty"));
     close(ends[0]);
 }
 

@@ -64,5 +64,23 @@ TEST(ExitCodeForTest, TableNamesEveryCode) {
     EXPECT_THAT(table, testing::HasSubstr("129, 130, 143"));
 }
 
+TEST(TellingCodeTest, FailedConnectionGivesWayToWhatIsKnownOfTheTarget) {
+    EXPECT_EQ(TellingCode(13, 52, false), 52);
+    EXPECT_EQ(TellingCode(13, 12, true), 12);
+}
+
+TEST(TellingCodeTest, FailedConnectionToATargetThatAnsweredBeforeIsAPlainFailure) {
+    EXPECT_EQ(TellingCode(13, 0, true), 1);
+}
+
+TEST(TellingCodeTest, FailedConnectionOfWhichNothingIsKnownStays) {
+    EXPECT_EQ(TellingCode(13, 0, false), 13);
+}
+
+TEST(TellingCodeTest, OtherCodesStay) {
+    EXPECT_EQ(TellingCode(0, 13, true), 0);
+    EXPECT_EQ(TellingCode(1747, 52, true), 1747);
+}
+
 }  // namespace
 }  // namespace tarsel

@@ -1,0 +1,70 @@
+#include "acceptance/tarsel_command_test_base.h"
+
+#include <cstdlib>
+
+namespace acceptance {
+namespace {
+
+// Sanitizers are told what to do by variables that the program under test must see, too.
+void CopyVariable(const char* name, std::map<std::string, std::string>& environment) {
+    if (const char* const value = std::getenv(name)) environment[name] = value;
+}
+
+}  // namespace
+
+simulators::BmcOptions TarselCommandTestBase::Bmc(const std::string& scenario) {
+    simulators::BmcOptions options;
+    options.scenario_dir = std::string(TARSEL_SCENARIOS) + "/" + scenario;
+    options.user = kUser;
+    options.password = kPassword;
+    return options;
+}
+
+void TarselCommandTestBase::StartBmc(simulators::BmcOptions options) {
+    bmc_ = std::make_unique<simulators::BmcSimulator>(std::move(options));
+}
+
+std::string TarselCommandTestBase::Target() const {
+    return std::string(kUser) + "@127.0.0.1:" + std::to_string(bmc_->Port());
+}
+
+std::string TarselCommandTestBase::Output(const std::string& file) const {
+    return folder_.Read("out/" + file);
+}
+
+test_support::ChildSetup TarselCommandTestBase::Command(const Arguments& arguments) const {
+    test_support::ChildSetup setup;
+    setup.arguments = {TARSEL_COMMAND};
+    setup.arguments.insert(setup.arguments.end(), arguments.begin(), arguments.end());
+    setup.environment = {{"PATH", "/usr/bin:/bin"}, {"HOME", folder_.Path("home")}};
+    setup.folder = folder_.Path("");
+    for (const char* const name : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"}) {
+        CopyVariable(name, setup.environment);
+    }
+    return setup;
+}
+
+test_support::ChildSetup TarselCommandTestBase::UntrustingScan(const Arguments& more) const {
+    Arguments arguments = {"scan", "--bmc", Target(), "--output", folder_.Path("out")};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    test_support::ChildSetup setup = Command(arguments);
+    setup.environment["TARSEL_PASSWORD"] = kPassword;
+    return setup;
+}
+
+test_support::ChildSetup TarselCommandTestBase::Scan(const Arguments& more) const {
+    Arguments arguments = {"--pin", bmc_->Fingerprint()};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return UntrustingScan(arguments);
+}
+
+Ended TarselCommandTestBase::Run(const test_support::ChildSetup& setup) {
+    test_support::ChildProcess process(setup);
+    Ended ended;
+    ended.exit_code = process.Wait();
+    ended.output = process.Output();
+    ended.errors = process.Errors();
+    return ended;
+}
+
+}  // namespace acceptance
