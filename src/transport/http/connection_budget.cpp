@@ -18,6 +18,14 @@ void ConnectionBudget::Ended(const HttpOutcome& outcome) {
     response_ms_ += (response - response_ms_) / responses_;
 }
 
+void ConnectionBudget::GaveUp(int connections) {
+    open_ = std::max(1, open_ - connections);
+}
+
+bool ConnectionBudget::PrefersIdle() const {
+    return responses_ > 0 && handshake_ms_ > 0 && response_ms_ < handshake_ms_;
+}
+
 bool ConnectionBudget::MaySend(int flying, int waiting) const {
     if (flying < open_ || open_ == 0 || responses_ == 0) return true;
     const double busy_ms = (flying + waiting) * response_ms_ / open_;

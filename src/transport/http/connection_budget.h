@@ -17,8 +17,11 @@ class ConnectionBudget {
     /// Learns from an exchange that ended.
     void Ended(const HttpOutcome& outcome);
 
-    /// The open connections were closed.
-    void Dropped() { open_ = 0; }
+    /// So many half-open connections were given up.
+    void GaveUp(int connections);
+
+    /// True when a request is answered sooner by an idle connection than by one still opening.
+    [[nodiscard]] bool PrefersIdle() const;
 
     /// Whether another request may be sent now, with `flying` under way and `waiting` ready to go.
     [[nodiscard]] bool MaySend(int flying, int waiting) const;

@@ -60,6 +60,9 @@ class CurlTransfer {
     [[nodiscard]] bool IsHttp2() const { return is_http2_; }
     [[nodiscard]] bool IsHttp1Forced() const { return is_http1_forced_; }
 
+    /// Nothing was sent yet: its connection is still being opened.
+    [[nodiscard]] bool IsConnecting() const { return !is_connected_; }
+
     [[nodiscard]] HttpMethod Method() const { return request_.method; }
     [[nodiscard]] HttpTransport::Handler TakeHandler() { return std::move(handler_); }
 

@@ -56,6 +56,7 @@ class CurlTransport::Impl {
     bool Step(Milliseconds max_wait);
     void SetMaxConnections(int count);
     void DropIdleConnections() { is_drop_wanted_ = true; }
+    int PreferIdleConnections();
     void Abort(AbortScope scope);
 
   private:
@@ -269,6 +270,18 @@ bool CurlTransport::Impl::Deliver() {
     return has_any;
 }
 
+// A handle that is added anew looks for an idle connection first.
+int CurlTransport::Impl::PreferIdleConnections() {
+    int moved = 0;
+    for (const TransferPointer& transfer : active_) {
+        if (!transfer->IsConnecting()) continue;
+        curl_multi_remove_handle(multi_.get(), transfer->Handle());
+        curl_multi_add_handle(multi_.get(), transfer->Handle());
+        ++moved;
+    }
+    return moved;
+}
+
 void CurlTransport::Impl::Abort(AbortScope scope) {
     const auto is_meant = [scope](const CurlTransfer& transfer) {
         return scope == AbortScope::kEverything || transfer.Method() == HttpMethod::kGet;
@@ -298,6 +311,9 @@ void CurlTransport::SetMaxConnections(int count) {
 }
 void CurlTransport::DropIdleConnections() {
     impl_->DropIdleConnections();
+}
+int CurlTransport::PreferIdleConnections() {
+    return impl_->PreferIdleConnections();
 }
 void CurlTransport::Abort(AbortScope scope) {
     impl_->Abort(scope);

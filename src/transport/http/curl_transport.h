@@ -42,6 +42,7 @@ class CurlTransport : public HttpTransport {
     bool Step(Milliseconds max_wait) override;
     void SetMaxConnections(int count) override;
     void DropIdleConnections() override;
+    int PreferIdleConnections() override;
     void Abort(AbortScope scope) override;
 
   private:

@@ -36,6 +36,10 @@ class HttpTransport {
     /// Closes idle connections, so that the next exchange opens a new one.
     virtual void DropIdleConnections() = 0;
 
+    /// Exchanges that still wait for their connection to open take an idle one instead; those half
+    /// open are dropped. Returns how many. The default does nothing.
+    virtual int PreferIdleConnections() { return 0; }
+
     /// Gives up exchanges of that scope that have not ended: their connections are closed, their
     /// handlers are never called. The default gives up nothing, which fits transports without I/O.
     virtual void Abort(AbortScope scope) { static_cast<void>(scope); }

@@ -47,6 +47,7 @@ struct PoliteTransport::State : std::enable_shared_from_this<State> {
     void StopReads(const HttpError& error);
     void StopEverything(const HttpError& error);
     void StartReady();
+    void PreferIdleConnections();
     void Send(const JobPointer& job);
     void Advance(Milliseconds max_wait);
     [[nodiscard]] Milliseconds Nap(Milliseconds max_wait) const;
@@ -71,6 +72,7 @@ struct PoliteTransport::State : std::enable_shared_from_this<State> {
     ConnectionBudget budget;
     bool is_distressed = false;
     bool is_reuse_off = false;
+    bool has_freed_connection = false;
     bool has_any_answer = false;
 };
 
@@ -198,6 +200,15 @@ void PoliteTransport::State::StartReady() {
         next = waiting.erase(next);
         Send(job);
     }
+    PreferIdleConnections();
+}
+
+// With nothing else to do, a connection that has become free serves a request sooner than one whose
+// handshake is slow.
+void PoliteTransport::State::PreferIdleConnections() {
+    if (!has_freed_connection || !waiting.empty() || flying.empty()) return;
+    has_freed_connection = false;
+    if (budget.PrefersIdle()) budget.GaveUp(inner.PreferIdleConnections());
 }
 
 void PoliteTransport::State::Send(const JobPointer& job) {
@@ -257,6 +268,7 @@ void PoliteTransport::State::TakeOutcome(const JobPointer& job, HttpOutcome&& ou
     has_any_answer = has_any_answer || outcome.Answered();
     is_distressed = is_distressed || IsSignOfDistress(outcome);
     budget.Ended(outcome);
+    has_freed_connection = has_freed_connection || outcome.Answered();
     counts.unavailable += outcome.response.status == 503 ? 1 : 0;
     Count(*job, outcome);
     if (!Repeat(job, outcome)) {

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "integration/transport/http/http_client.h"
+#include "transport/http/polite_transport.h"
 
 namespace Vantix::transport {
 namespace {
@@ -46,6 +47,24 @@ TEST(ConnectionUseTest, GivenProxyIsUsed) {
     settings.proxy = "http://127.0.0.1:1";
     EXPECT_EQ(AskOnce(settings, Get(kRoot)).error.kind, HttpErrorKind::kConnect);
     EXPECT_EQ(bmc.Counts().connections, 0);
+}
+
+TEST(ConnectionUseTest, SlowHandshakesAreNotWaitedForWhereAFreeConnectionServesSooner) {
+    BmcOptions options = SmallBmc();
+    options.handshake_delay = std::chrono::milliseconds(300);
+    const BmcSimulator bmc(options);
+    CurlTransport transport(SettingsFor(bmc));
+    PoliteTransport polite(transport, SystemClock(), {});
+    int answers = 0;
+    const auto count = [&](HttpOutcome&& outcome) {
+        answers += outcome.response.status == 200 ? 1 : 0;
+    };
+    polite.Submit(Get(kRoot), count);
+    polite.Submit(Get(kRoot), count);
+    while (polite.Step(Milliseconds(100))) {
+    }
+    EXPECT_EQ(answers, 2);
+    EXPECT_EQ(bmc.Counts().handshakes, 1);
 }
 
 TEST(ConnectionUseTest, Ipv6AddressIsReached) {

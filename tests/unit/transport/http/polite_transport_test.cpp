@@ -77,6 +77,44 @@ TEST_F(PoliteTransportTest, NeverMoreInFlightThanAllowed) {
     EXPECT_EQ(calls_.size(), 10U);
 }
 
+HttpOutcome AnswerAfterHandshake(int connect_ms, int response_ms) {
+    HttpOutcome outcome = Status(200);
+    outcome.response.connect_time = Milliseconds(connect_ms);
+    outcome.response.response_time = Milliseconds(response_ms);
+    return outcome;
+}
+
+TEST_F(PoliteTransportTest, ARequestStillConnectingTakesTheConnectionThatHasBecomeFree) {
+    inner_.answer = [this](const HttpRequest& request, int) -> std::optional<HttpOutcome> {
+        if (request.target == "/quick") return AnswerAfterHandshake(100, 10);
+        const bool moved =
+            std::find(inner_.log.begin(), inner_.log.end(), "prefer idle") != inner_.log.end();
+        return moved ? std::optional(Status(200)) : std::nullopt;
+    };
+    Send(Get("/quick"));
+    Send(Get("/connecting"));
+    Run();
+    EXPECT_EQ(calls_["/connecting"], 1);
+}
+
+TEST_F(PoliteTransportTest, WithCheapHandshakesNoRequestIsMoved) {
+    inner_.answer = [](const HttpRequest&, int) { return AnswerAfterHandshake(3, 50); };
+    Send(Get("/a"));
+    Run();
+    Send(Get("/b"));
+    Run();
+    EXPECT_THAT(inner_.log, ::testing::Not(::testing::Contains("prefer idle")));
+}
+
+TEST_F(PoliteTransportTest, UnavailableAnswersAreCounted) {
+    inner_.answer = [](const HttpRequest&, int earlier) {
+        return Status(earlier == 0 ? 503 : 200);
+    };
+    Send(Get("/a"));
+    Run();
+    EXPECT_EQ(Polite().GetCounts().unavailable, 1U);
+}
+
 TEST_F(PoliteTransportTest, RequestsStartInTheOrderOfSubmission) {
     settings_.max_in_flight = 1;
     Send(Get("/a"));

@@ -74,6 +74,10 @@ class ScriptedTransport : public HttpTransport {
 
     void SetMaxConnections(int count) override { max_connections = count; }
     void DropIdleConnections() override { log.emplace_back("drop"); }
+    int PreferIdleConnections() override {
+        log.emplace_back("prefer idle");
+        return 0;
+    }
     void Abort(AbortScope scope) override {
         log.emplace_back(scope == AbortScope::kReads ? "abort reads" : "abort everything");
         std::erase_if(in_flight, [scope](const Exchange& exchange) {
