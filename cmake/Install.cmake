@@ -44,9 +44,6 @@ install(TARGETS update_scan_service tarsel_headers EXPORT tarselTargets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
     ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
     INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/tarsel")
-if(TARGET tarsel)
-    install(TARGETS tarsel RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
-endif()
 
 install(EXPORT tarselTargets NAMESPACE tarsel::
     DESTINATION "${CMAKE_INSTALL_LIBDIR}/cmake/tarsel")

@@ -21,6 +21,7 @@
 #include "platform/redfish/pmem_reader.h"
 #include "platform/redfish/server_snapshot.h"
 #include "transport/redfish/json_document.h"
+#include "transport/redfish/odata_link.h"
 
 namespace {
 
@@ -50,7 +51,9 @@ void Append(std::vector<Resource>& list, const boost::json::value& value) {
     if (body == nullptr) return;
     std::string path = "/redfish/v1/Made/" + std::to_string(list.size());
     const boost::json::value* id = body->if_contains("@odata.id");
-    if (id != nullptr && id->is_string()) path = std::string(id->get_string());
+    if (id != nullptr && id->is_string()) {
+        path = Vantix::transport::LinkPath(std::string_view(id->get_string()));
+    }
     list.push_back({path, *body});
 }
 
