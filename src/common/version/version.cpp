@@ -1,3 +1,5 @@
 #include "common/version/version.h"
 
-const char* TarselVersion() { return TARSEL_VERSION_TEXT; }
+const char* TarselVersion() {
+    return TARSEL_VERSION_TEXT;
+}

@@ -45,7 +45,8 @@ enum ConnectMode : int {
 
 /// How to log in to a Redfish service (DSP0266, "Authentication").
 enum class AuthMethod {
-    kAuto,     ///< session; Basic when the service refuses sessions for a reason other than the password
+    kAuto,     ///< session; Basic when the service refuses sessions for a reason other than the
+               ///< password
     kSession,  ///< session only
     kBasic     ///< HTTP Basic only
 };
@@ -59,7 +60,7 @@ struct ConnectOption {
     std::string password;            ///< never logged
     bool verify_certificate = true;  ///< off only on the user's explicit wish
     std::string ca_file;             ///< PEM file used instead of the system's store
-    std::string fingerprint;         ///< SHA-256 of the peer's certificate, hexadecimal, colons allowed
+    std::string fingerprint;  ///< SHA-256 of the peer's certificate, hexadecimal, colons allowed
     std::string ssh_key_file;
     int timeout_seconds = 60;             ///< one request
     int connect_timeout_seconds = 10;     ///< TCP and TLS

@@ -67,7 +67,8 @@ TarselResult GetRESTConnection(const ConnectOption& option, ConnectionInfo& conn
         transport::SystemClock());
     const transport::RedfishFailure failure = channel->Open();
     if (failure) {
-        const TarselResult result = ResultOfConnectFailure(failure, HttpsTargetOf(option), option.user);
+        const TarselResult result =
+            ResultOfConnectFailure(failure, HttpsTargetOf(option), option.user);
         Log(2, kLogSource, __LINE__).Stream() << "Redfish connection failed: " << result;
         option.run->RecordFailure(result);
         return result;

@@ -54,7 +54,8 @@ Row RowOf(const RedfishFailure& failure) {
             return {AUTHENTICATION_FAILED, "User name or password was refused by",
                     "check both; no further login is tried, so that the account is not locked"};
         case RedfishProblem::kPasswordChange:
-            return {PASSWORD_MUST_BE_CHANGED, "The password must be changed before it can be used on",
+            return {PASSWORD_MUST_BE_CHANGED,
+                    "The password must be changed before it can be used on",
                     "change it on the BMC and scan again"};
         case RedfishProblem::kSessionLimit:
             return {NO_AVAILABLE_USER_ID, "No session is free on",

@@ -42,12 +42,12 @@ class TARSEL_EXPORT RunContext {
     RunContext(const RunContext&) = delete;
     RunContext& operator=(const RunContext&) = delete;
 
-    // ---- stopping ------------------------------------------------------------------------------
+    // ---- stopping -------------------------------------------------------------------------------
     /// Asks every wait of the run to end soon. Async-signal-safe.
     void Cancel() noexcept;
     [[nodiscard]] bool IsCancelled() const noexcept;
 
-    // ---- login budget: one for all protocols -----------------------------------------------------
+    // ---- login budget: one for all protocols ----------------------------------------------------
     /// False once the budget of refused logins is spent: no protocol may try another login.
     [[nodiscard]] bool MayTryLogin() const;
     /// Records that the target refused a login because of user name or password.
@@ -59,7 +59,7 @@ class TARSEL_EXPORT RunContext {
     void RecordFailure(const TarselResult& failure);
     [[nodiscard]] TarselResult LastFailure() const;
 
-    // ---- completeness ----------------------------------------------------------------------------
+    // ---- completeness ---------------------------------------------------------------------------
     /// Stores the status of a source; a later one of the same name replaces it.
     void ReportSource(SourceStatus status);
     [[nodiscard]] std::vector<SourceStatus> Sources() const;
@@ -70,7 +70,7 @@ class TARSEL_EXPORT RunContext {
     void AddNotice(const std::string& sentence);
     [[nodiscard]] std::vector<std::string> Notices() const;
 
-    // ---- activity --------------------------------------------------------------------------------
+    // ---- activity -------------------------------------------------------------------------------
     /// Called with a short text of what is being waited for ("member 12 of 40"); may stay unset.
     /// Set it before the run starts.
     std::function<void(const std::string&)> on_activity;

@@ -24,8 +24,8 @@ TARSEL_EXPORT std::string ConfigureLog(const LogSettings& settings);
 /// Writes what is pending and stops logging; secrets are forgotten.
 TARSEL_EXPORT void ShutdownLog();
 
-/// Masks `secret` (a password, a token) as "******" in every later record, also in its JSON-escaped,
-/// XML-escaped, URL-encoded and Base64 forms. Empty texts are ignored.
+/// Masks `secret` (a password, a token) as "******" in every later record, also in its
+/// JSON-escaped, XML-escaped, URL-encoded and Base64 forms. Empty texts are ignored.
 TARSEL_EXPORT void AddLogSecret(const std::string& secret);
 
 /// The text with all known secrets masked: for error texts that may quote a peer.

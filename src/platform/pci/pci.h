@@ -6,8 +6,8 @@
 
 struct PciInfo {
     std::string ShortName;
-    std::string Label2;  ///< second part of the fall-back name
-    std::string Label3;  ///< first part of the fall-back name
+    std::string Label2;   ///< second part of the fall-back name
+    std::string Label3;   ///< first part of the fall-back name
     std::string IdPart1;  ///< vendor and device id, hexadecimal
     std::string Description;
     std::string IdPart2;  ///< subsystem vendor and device id, hexadecimal
