@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <exception>
 #include <iostream>
 #include <locale>
 #include <memory>
@@ -40,6 +41,7 @@ using Vantix::VantixConnection::SourceStatus;
 constexpr const char* kSource = "tarsel/scan_command";
 // The keys under which the scan through a BMC asks for its estimate.
 constexpr const char* kEstimateKey = "None_None";
+constexpr int kInternalError = 17;
 constexpr int kFileLevel = 3;
 constexpr int kMostDetailedLevel = 4;
 
@@ -81,6 +83,16 @@ class ScanRun {
 
 void PrintError(const std::string& sentence) {
     std::cerr << "tarsel: " << sentence << std::endl;
+}
+
+// What a scan path throws costs its result, not the summary that is still to be written.
+TarselResult RunWithoutThrowing(service::ServiceUpdateScan& scan,
+                                service::UpdateScanReport& report) {
+    try {
+        return scan.Run(report);
+    } catch (const std::exception& error) {
+        return TarselResult(kInternalError, std::string("Internal error: ") + error.what());
+    }
 }
 
 bool HasAnswered(const std::vector<SourceStatus>& sources) {
@@ -156,7 +168,7 @@ void ScanRun::Scan(const std::string& password) {
     {
         service::ServiceUpdateScan scan(ScanOptionFor(arguments_, password, run_));
         scan.SetProgressBar(&bar);
-        result_ = scan.Run(report_);
+        result_ = RunWithoutThrowing(scan, report_);
     }
     run_->on_activity = nullptr;
     finished_ = SystemClock::now();

@@ -42,6 +42,18 @@ TEST_F(ScanOutcomeTest, InsecureScanWorksAndSaysSoOnce) {
     EXPECT_EQ(ended.errors.find("not checked", first + 1), std::string::npos) << ended.errors;
 }
 
+TEST_F(ScanOutcomeTest, Ipv6AddressInBracketsIsScanned) {
+    auto options = Bmc();
+    options.listen_ipv6 = true;
+    StartBmc(options);
+    auto setup = Command({"scan", "--bmc", "demo@[::1]:" + std::to_string(bmc_->Port()), "--pin",
+                          bmc_->Fingerprint(), "--output", folder_.Path("out")});
+    setup.environment["TARSEL_PASSWORD"] = kPassword;
+    const Ended ended = Run(setup);
+    EXPECT_EQ(ended.exit_code, 0) << ended.errors;
+    EXPECT_THAT(Output("common_result.xml"), HasSubstr("<TARGET>[::1]:"));
+}
+
 TEST_F(ScanOutcomeTest, BasicLoginMakesNoSession) {
     StartBmc();
     EXPECT_EQ(Run(Scan({"--auth", "basic"})).exit_code, 0);
