@@ -7,13 +7,13 @@
 TARSEL_BUILD_PACKAGES=(
     g++ cmake ninja-build
     libboost1.81-dev libboost-filesystem1.81-dev libboost-json1.81-dev
-    libcurl4-openssl-dev libssl-dev libcli11-dev libspdlog-dev
+    libcurl4-openssl-dev libssl-dev libcli11-dev libspdlog-dev libpugixml-dev
     ca-certificates
 )
 
 # On top of that to build and run the tests and checks.
 TARSEL_TEST_PACKAGES=(
-    libgtest-dev libgmock-dev
+    libgtest-dev libgmock-dev sblim-wbemcli
     ccache clang-format git python3 openssl procps
 )
 
