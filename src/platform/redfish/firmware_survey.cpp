@@ -63,6 +63,10 @@ void FirmwareSurvey::ReadInventory(const std::string& path) {
 
 void FirmwareSurvey::InventoryEnded(const std::string& path, const RedfishFailure& failure) {
     if (path != path_) return;
+    if (failure && has_former_) {
+        RestoreFormer();
+        return;
+    }
     failure_ = failure;
     inventory_ended_ = true;
     context_.snapshot.has_firmware_inventory = !failure;
@@ -113,9 +117,17 @@ void FirmwareSurvey::ReadSoftwareInventory() {
 }
 
 void FirmwareSurvey::ReadAgain() {
-    context_.snapshot.firmware.clear();
+    former_ = std::exchange(context_.snapshot.firmware, {});
+    former_status_ = StatusOf(kFirmwareSource);
+    has_former_ = true;
     Forget(kFirmwareSource);
     ReadInventory(path_);
+}
+
+void FirmwareSurvey::RestoreFormer() {
+    context_.snapshot.firmware = std::exchange(former_, {});
+    StatusOf(kFirmwareSource) = former_status_;
+    Report(kFirmwareSource);
 }
 
 int FirmwareSurvey::MemberCount() {

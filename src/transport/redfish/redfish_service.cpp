@@ -207,6 +207,7 @@ void RedfishService::Get(const std::string& target, GetOptions options, Handler 
 }
 
 void RedfishService::Send(std::shared_ptr<Pending> request) {
+    if (is_stopped_) return;
     if (session_.IsLoginPending() || !waiting_for_login_.empty()) {
         waiting_for_login_.push_back(std::move(request));
         return;
