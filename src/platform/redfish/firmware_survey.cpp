@@ -19,6 +19,13 @@ namespace {
 
 constexpr const char* kSoftwareSource = "software inventory";
 
+// Answers that stay the same however often one asks.
+bool IsLasting(const RedfishFailure& failure) {
+    const int status = failure.status;
+    return failure.problem == RedfishProblem::kNotFound || status == 405 || status == 500 ||
+           status == 501;
+}
+
 // Where the update service keeps an inventory; some link it below Oem only.
 std::string InventoryLink(const boost::json::object& service, const char* name) {
     const std::string linked = LinkPath(json::Link(service, name));
@@ -83,6 +90,7 @@ void FirmwareSurvey::ReadUpdateService() {
 
 void FirmwareSurvey::TakeUpdateService(RedfishAnswer&& answer) {
     service_ended_ = true;
+    service_is_broken_ = IsLasting(answer.failure);
     if (answer.Ok()) context_.snapshot.update_service = std::move(answer.body);
     CompareLinks();
 }
@@ -100,10 +108,13 @@ void FirmwareSurvey::CompareLinks() {
         return;
     }
     if (context_.snapshot.firmware.empty()) ReadSoftwareInventory();
+    if (service_is_broken_ && IsLasting(failure_)) failure_.problem = RedfishProblem::kNotFound;
     if (failure_.problem != RedfishProblem::kNotFound) return;
     // Nothing is missing where nothing is offered: other resources complete the list.
+    StatusOf(kFirmwareSource).state = VantixConnection::SourceState::kUnsupported;
     StatusOf(kFirmwareSource).required = false;
-    StatusOf(kFirmwareSource).detail = "the service offers no firmware inventory";
+    StatusOf(kFirmwareSource).detail =
+        "the service offers no firmware inventory (" + failure_.text + ")";
     Report(kFirmwareSource);
 }
 

@@ -22,7 +22,8 @@ class FirmwareSurvey : public SurveyTask {
     /// Without it that is done only when the standard place gave nothing.
     void CheckLinks();
 
-    /// Why the inventory could not be read; kNotFound when the service has none.
+    /// Why the inventory could not be read; kNotFound when the service has none, or an update
+    /// service that does not work at all (other resources then complete the list).
     [[nodiscard]] const transport::RedfishFailure& Failure() const { return failure_; }
 
     /// Reads the collection anew in place of what is there, for a service that has just started.
@@ -53,6 +54,7 @@ class FirmwareSurvey : public SurveyTask {
     bool service_asked_ = false;
     bool service_ended_ = false;
     bool compared_ = false;
+    bool service_is_broken_ = false;
 };
 
 }  // namespace Vantix::redfish

@@ -42,7 +42,9 @@ bool IsWrongSessionsPath(const RedfishFailure& failure) {
            failure.status == 501;
 }
 
+// Services with few connections drop those beyond their number during the handshake.
 bool NeverLeft(const RedfishFailure& failure) {
+    if (failure.transport == HttpErrorKind::kReset) return failure.never_sent;
     return failure.transport == HttpErrorKind::kConnect ||
            failure.transport == HttpErrorKind::kConnectTimeout;
 }

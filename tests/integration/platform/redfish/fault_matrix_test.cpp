@@ -64,6 +64,12 @@ void ExpectClearResult(const ScanOutcome& outcome) {
     }
 }
 
+TEST(FaultMatrixSizeTest, UndisturbedScanHasAllTheRequestsOfTheMatrix) {
+    BmcSimulator bmc(Scenario("rack-server"));
+    EXPECT_TRUE(Scan(OptionFor(bmc)).Succeeded());
+    EXPECT_GE(bmc.Counts().requests, kRequests);
+}
+
 class FaultMatrixTest : public ::testing::TestWithParam<MatrixRow> {};
 
 TEST_P(FaultMatrixTest, AtEachRequestEndsClearlyAndEndsItsSession) {
