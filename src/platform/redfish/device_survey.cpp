@@ -96,7 +96,8 @@ void DeviceSurvey::ReadControllers(std::size_t storage) {
     if (!json::Objects(body, "StorageControllers").empty()) return;
     const std::string path = LinkPath(json::Link(body, "Controllers"));
     const auto* inline_controllers = json::Object(body, "Controllers");
-    const bool came_inline = inline_controllers != nullptr && inline_controllers->contains("Members");
+    const bool came_inline =
+        inline_controllers != nullptr && inline_controllers->contains("Members");
     if (path.empty() || came_inline) return;
     ReadAll("storage controllers", path, OptionalCollection(), controllers_[storage],
             [this, storage](const RedfishFailure&) {
