@@ -98,7 +98,9 @@ int AgentlessSoftwareIdentity::GetSoftwareIdentities(std::vector<SoftwareIdentit
     if (channel->Run().IsCancelled()) return INTERRUPTED_BY_USER;
     if (channel->IsLoginLost()) return RememberLostLogin(*channel);
     const auto& failure = channel->InventoryFailure();
-    if (failure) {
+    // A service without inventory misses nothing that its other resources told.
+    const bool is_offered = failure.problem != transport::RedfishProblem::kNotFound;
+    if (failure && (is_offered || list.empty())) {
         channel->Remember(failure);
         return VantixConnection::CodeOfReadFailure(failure);
     }

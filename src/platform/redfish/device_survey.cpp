@@ -96,7 +96,9 @@ void DeviceSurvey::ReadControllers(std::size_t storage) {
     if (!json::Objects(body, "StorageControllers").empty()) return;
     const std::string path = LinkPath(json::Link(body, "Controllers"));
     const auto* inline_controllers = json::Object(body, "Controllers");
-    if (path.empty() || inline_controllers->contains("Members")) return;
+    const bool came_inline =
+        inline_controllers != nullptr && inline_controllers->contains("Members");
+    if (path.empty() || came_inline) return;
     ReadAll("storage controllers", path, OptionalCollection(), controllers_[storage],
             [this, storage](const RedfishFailure&) {
                 boost::json::array list;

@@ -19,6 +19,13 @@ namespace {
 
 constexpr const char* kSoftwareSource = "software inventory";
 
+// Answers that stay the same however often one asks.
+bool IsLasting(const RedfishFailure& failure) {
+    const int status = failure.status;
+    return failure.problem == RedfishProblem::kNotFound || status == 405 || status == 500 ||
+           status == 501;
+}
+
 // Where the update service keeps an inventory; some link it below Oem only.
 std::string InventoryLink(const boost::json::object& service, const char* name) {
     const std::string linked = LinkPath(json::Link(service, name));
@@ -63,6 +70,10 @@ void FirmwareSurvey::ReadInventory(const std::string& path) {
 
 void FirmwareSurvey::InventoryEnded(const std::string& path, const RedfishFailure& failure) {
     if (path != path_) return;
+    if (failure && has_former_) {
+        RestoreFormer();
+        return;
+    }
     failure_ = failure;
     inventory_ended_ = true;
     context_.snapshot.has_firmware_inventory = !failure;
@@ -79,6 +90,7 @@ void FirmwareSurvey::ReadUpdateService() {
 
 void FirmwareSurvey::TakeUpdateService(RedfishAnswer&& answer) {
     service_ended_ = true;
+    service_is_broken_ = IsLasting(answer.failure);
     if (answer.Ok()) context_.snapshot.update_service = std::move(answer.body);
     CompareLinks();
 }
@@ -96,10 +108,13 @@ void FirmwareSurvey::CompareLinks() {
         return;
     }
     if (context_.snapshot.firmware.empty()) ReadSoftwareInventory();
+    if (service_is_broken_ && IsLasting(failure_)) failure_.problem = RedfishProblem::kNotFound;
     if (failure_.problem != RedfishProblem::kNotFound) return;
     // Nothing is missing where nothing is offered: other resources complete the list.
+    StatusOf(kFirmwareSource).state = VantixConnection::SourceState::kUnsupported;
     StatusOf(kFirmwareSource).required = false;
-    StatusOf(kFirmwareSource).detail = "the service offers no firmware inventory";
+    StatusOf(kFirmwareSource).detail =
+        "the service offers no firmware inventory (" + failure_.text + ")";
     Report(kFirmwareSource);
 }
 
@@ -113,9 +128,17 @@ void FirmwareSurvey::ReadSoftwareInventory() {
 }
 
 void FirmwareSurvey::ReadAgain() {
-    context_.snapshot.firmware.clear();
+    former_ = std::exchange(context_.snapshot.firmware, {});
+    former_status_ = StatusOf(kFirmwareSource);
+    has_former_ = true;
     Forget(kFirmwareSource);
     ReadInventory(path_);
+}
+
+void FirmwareSurvey::RestoreFormer() {
+    context_.snapshot.firmware = std::exchange(former_, {});
+    StatusOf(kFirmwareSource) = former_status_;
+    Report(kFirmwareSource);
 }
 
 int FirmwareSurvey::MemberCount() {

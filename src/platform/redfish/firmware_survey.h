@@ -22,10 +22,12 @@ class FirmwareSurvey : public SurveyTask {
     /// Without it that is done only when the standard place gave nothing.
     void CheckLinks();
 
-    /// Why the inventory could not be read; kNotFound when the service has none.
+    /// Why the inventory could not be read; kNotFound when the service has none, or an update
+    /// service that does not work at all (other resources then complete the list).
     [[nodiscard]] const transport::RedfishFailure& Failure() const { return failure_; }
 
     /// Reads the collection anew in place of what is there, for a service that has just started.
+    /// What is there stays where that fails.
     void ReadAgain();
 
     /// Members read plus members that failed.
@@ -39,15 +41,20 @@ class FirmwareSurvey : public SurveyTask {
     void TakeUpdateService(transport::RedfishAnswer&& answer);
     void InventoryEnded(const std::string& path, const transport::RedfishFailure& failure);
     void CompareLinks();
+    void RestoreFormer();
     void ReadSoftwareInventory();
 
     std::string service_path_;
     std::string path_;
     transport::RedfishFailure failure_;
+    std::vector<Resource> former_;  ///< what ReadAgain() is about to replace
+    Status former_status_;
+    bool has_former_ = false;
     bool inventory_ended_ = false;
     bool service_asked_ = false;
     bool service_ended_ = false;
     bool compared_ = false;
+    bool service_is_broken_ = false;
 };
 
 }  // namespace Vantix::redfish

@@ -237,6 +237,7 @@ const ServerSnapshot& RedfishChannel::Memory() {
 void RedfishChannel::Close() {
     if (!is_open_) return;
     is_open_ = false;
+    service_.StopReading();
     polite_.AbandonAll(kLogOutGrace);
     while (service_.Step()) {
     }

@@ -179,6 +179,7 @@ HttpOutcome CurlTransfer::Finish(CURLcode code, const TlsTrust& trust) {
     }
     if (!outcome.Answered()) {
         response_.body = std::string();
+        outcome.error.never_sent = !is_connected_;
     }
     outcome.response = std::move(response_);
     return outcome;

@@ -73,6 +73,8 @@ enum class HttpErrorKind {
 struct HttpError {
     HttpErrorKind kind = HttpErrorKind::kNone;
     std::string text;  ///< the library's words; never a secret
+    /// The connection broke before the request could leave: even a POST may be sent again.
+    bool never_sent = false;
 };
 
 /// What became of one request: an answer, or an error.

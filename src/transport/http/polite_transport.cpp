@@ -269,7 +269,9 @@ void PoliteTransport::State::TakeOutcome(const JobPointer& job, HttpOutcome&& ou
     is_distressed = is_distressed || IsSignOfDistress(outcome);
     budget.Ended(outcome);
     has_freed_connection = has_freed_connection || outcome.Answered();
-    counts.unavailable += outcome.response.status == 503 ? 1 : 0;
+    // A refused login speaks of sessions, not of a service that is still starting.
+    const bool is_read = job->method == HttpMethod::kGet;
+    counts.unavailable += is_read && outcome.response.status == 503 ? 1 : 0;
     Count(*job, outcome);
     if (!Repeat(job, outcome)) {
         End(job, std::move(outcome));

@@ -59,7 +59,7 @@ class PoliteTransport : public HttpTransport {
     struct Counts {
         std::uint64_t requests = 0;  ///< sent, repetitions included
         std::uint64_t repetitions = 0;
-        std::uint64_t unavailable = 0;  ///< answers of 503
+        std::uint64_t unavailable = 0;  ///< reads answered with 503
         int most_in_flight = 0;
     };
     [[nodiscard]] Counts GetCounts() const;

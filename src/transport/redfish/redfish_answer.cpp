@@ -108,6 +108,7 @@ RedfishFailure FailureOf(const char* method, const std::string& path, const Http
     RedfishFailure failure;
     failure.problem = RedfishProblem::kNotReached;
     failure.transport = error.kind;
+    failure.never_sent = error.never_sent;
     failure.text = Asked(method, path) + ": " + error.text;
     return failure;
 }

@@ -27,7 +27,8 @@ struct RedfishFailure {
     RedfishProblem problem = RedfishProblem::kNone;
     HttpErrorKind transport = HttpErrorKind::kNone;
     int status = 0;
-    std::string text;  ///< method, path, what was answered; one line, no secret
+    std::string text;         ///< method, path, what was answered; one line, no secret
+    bool never_sent = false;  ///< the request did not leave: even a login may be sent again
     [[nodiscard]] explicit operator bool() const { return problem != RedfishProblem::kNone; }
 };
 

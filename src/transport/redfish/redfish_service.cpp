@@ -42,7 +42,9 @@ bool IsWrongSessionsPath(const RedfishFailure& failure) {
            failure.status == 501;
 }
 
+// Services with few connections drop those beyond their number during the handshake.
 bool NeverLeft(const RedfishFailure& failure) {
+    if (failure.transport == HttpErrorKind::kReset) return failure.never_sent;
     return failure.transport == HttpErrorKind::kConnect ||
            failure.transport == HttpErrorKind::kConnectTimeout;
 }
@@ -207,6 +209,7 @@ void RedfishService::Get(const std::string& target, GetOptions options, Handler 
 }
 
 void RedfishService::Send(std::shared_ptr<Pending> request) {
+    if (is_stopped_) return;
     if (session_.IsLoginPending() || !waiting_for_login_.empty()) {
         waiting_for_login_.push_back(std::move(request));
         return;

@@ -66,6 +66,10 @@ class RedfishService {
     [[nodiscard]] std::string ExpandQuery(int levels = 1) const;
     void ExpandRefused() { expand_refused_ = true; }
 
+    /// Nothing more is read: later calls of Get() are dropped and their handlers never called. For
+    /// a scan that ends before all was read, so that no late answer starts another request.
+    void StopReading() { is_stopped_ = true; }
+
     /// True once the service refused the session a second time: nothing more can be read.
     [[nodiscard]] bool IsLoginLost() const { return login_lost_; }
 
@@ -99,6 +103,7 @@ class RedfishService {
     bool expand_refused_ = false;
     bool relogin_used_ = false;
     bool login_lost_ = false;
+    bool is_stopped_ = false;
     std::vector<std::shared_ptr<Pending>> waiting_for_login_;
 };
 

@@ -59,7 +59,8 @@ void RedfishSession::LogIn(const std::string& sessions_path, Done done) {
             HttpResponse head;
             head.status = outcome.response.status;
             head.headers = outcome.response.headers;
-            const bool made = outcome.Answered() && head.status >= 200 && head.status < 300;
+            // The headers tell the session even where the rest of the answer was lost.
+            const bool made = head.status >= 200 && head.status < 300;
             RedfishAnswer answer = ReadAnswer("POST", sessions_path, std::move(outcome));
             if (made) TakeSession(head, answer, sessions_path);
             if (made && token_.empty() && answer.Ok()) {

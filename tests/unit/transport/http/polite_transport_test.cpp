@@ -3,51 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <map>
-#include <memory>
-
-#include "unit/transport/http/scripted_transport.h"
+#include "unit/transport/http/polite_transport_fixture.h"
 
 namespace Vantix::transport {
 namespace {
 
 using std::chrono::seconds;
 using ::testing::ElementsAre;
-
-class PoliteTransportTest : public ::testing::Test {
-  protected:
-    PoliteTransportTest() : start_(clock_.Now()) {
-        inner_.answer = [](const HttpRequest&, int) { return Status(200); };
-    }
-
-    PoliteTransport& Polite() {
-        if (!polite_) {
-            polite_ = std::make_unique<PoliteTransport>(inner_, clock_, settings_);
-        }
-        return *polite_;
-    }
-
-    void Send(const HttpRequest& request) {
-        const std::string target = request.target;
-        Polite().Submit(request, [this, target](HttpOutcome&& outcome) {
-            calls_[target] += 1;
-            outcomes_[target] = std::move(outcome);
-        });
-    }
-
-    void Run() {
-        while (Polite().Step(seconds(5))) {
-        }
-    }
-
-    FakeClock clock_;
-    const Clock::TimePoint start_;
-    ScriptedTransport inner_{clock_};
-    PoliteSettings settings_;
-    std::unique_ptr<PoliteTransport> polite_;
-    std::map<std::string, HttpOutcome> outcomes_;
-    std::map<std::string, int> calls_;
-};
 
 // ---- queue and limit -------------------------------------------------------------------------
 
@@ -215,8 +177,7 @@ TEST_P(FinalStatusTest, IsAskedOnce) {
 INSTANTIATE_TEST_SUITE_P(PoliteTransport, FinalStatusTest,
                          ::testing::Values(200, 301, 400, 401, 403, 404, 405, 410, 501, 505));
 
-// ---- POST and DELETE
-// -----------------------------------------------------------------------------
+// ---- POST and DELETE ----------------------------------------------------------------------------
 
 TEST_F(PoliteTransportTest, PostIsNeverRepeated) {
     inner_.answer = [](const HttpRequest&, int) { return Status(503); };
@@ -251,8 +212,7 @@ TEST_F(PoliteTransportTest, BodyOfAPostReachesTheInnerTransport) {
     EXPECT_EQ(body, "{}");
 }
 
-// ---- resets and dead hosts
-// -----------------------------------------------------------------------
+// ---- resets and dead hosts ----------------------------------------------------------------------
 
 TEST_F(PoliteTransportTest, ResetGetIsRepeatedOnceAtOnceOnAFreshConnection) {
     inner_.answer = [](const HttpRequest&, int) { return Failure(HttpErrorKind::kReset); };
@@ -338,71 +298,6 @@ TEST_F(PoliteTransportTest, SilentGetIsNotRepeated) {
     Send(Get("/a"));
     Run();
     EXPECT_EQ(inner_.TimesSent("/a"), 1);
-}
-
-// ---- distress
-// ------------------------------------------------------------------------------------
-
-class DistressStatusTest : public PoliteTransportTest, public ::testing::WithParamInterface<int> {};
-
-TEST_P(DistressStatusTest, BringsDownToOneRequestInFlight) {
-    inner_.answer = [this](const HttpRequest& request, int earlier) {
-        if (request.target == "/bad" && earlier == 0) {
-            return Status(GetParam());
-        }
-        EXPECT_TRUE(!Polite().IsDistressed() || inner_.in_flight.size() == 1U);
-        return Status(200);
-    };
-    Send(Get("/bad"));
-    for (int index = 0; index < 9; ++index) {
-        Send(Get("/" + std::to_string(index)));
-    }
-    Run();
-    EXPECT_TRUE(Polite().IsDistressed());
-    EXPECT_EQ(calls_.size(), 10U);
-}
-
-INSTANTIATE_TEST_SUITE_P(PoliteTransport, DistressStatusTest,
-                         ::testing::Values(403, 429, 500, 502, 503, 504));
-
-TEST_F(PoliteTransportTest, OrdinaryRefusalIsNoDistress) {
-    inner_.answer = [](const HttpRequest&, int) { return Status(404); };
-    Send(Get("/a"));
-    Run();
-    EXPECT_FALSE(Polite().IsDistressed());
-}
-
-TEST_F(PoliteTransportTest, ResetIsDistress) {
-    inner_.answer = [](const HttpRequest&, int) { return Failure(HttpErrorKind::kReset); };
-    Send(Get("/a"));
-    Run();
-    EXPECT_TRUE(Polite().IsDistressed());
-}
-
-TEST_F(PoliteTransportTest, RefusalAmidOthersIsAskedAgainAlone) {
-    inner_.answer = [this](const HttpRequest&, int earlier) {
-        if (earlier == 0) {
-            return Status(403);
-        }
-        EXPECT_EQ(inner_.in_flight.size(), 1U);
-        return Status(200);
-    };
-    Send(Get("/a"));
-    Send(Get("/b"));
-    Send(Get("/c"));
-    Run();
-    EXPECT_EQ(inner_.sent.size(), 6U);
-    EXPECT_EQ(outcomes_["/a"].response.status, 200);
-    EXPECT_EQ(outcomes_["/c"].response.status, 200);
-}
-
-TEST_F(PoliteTransportTest, RefusalAmidOthersIsAskedAgainOnlyOnce) {
-    inner_.answer = [](const HttpRequest&, int) { return Status(403); };
-    Send(Get("/a"));
-    Send(Get("/b"));
-    Run();
-    EXPECT_EQ(inner_.TimesSent("/a"), 2);
-    EXPECT_EQ(outcomes_["/a"].response.status, 403);
 }
 
 }  // namespace

@@ -149,6 +149,13 @@ TEST_F(RedfishServiceTest, LoginThatNeverLeftIsSentOnceMore) {
     EXPECT_FALSE(Open());
 }
 
+TEST_F(RedfishServiceTest, LoginDroppedDuringTheHandshakeIsSentOnceMore) {
+    ScriptedReply dropped = Broken(HttpErrorKind::kReset);
+    dropped.outcome.error.never_sent = true;
+    peer_.On(kAskRoot, Json(kRoot)).On(kLogIn, dropped).On(kLogIn, SessionMade());
+    EXPECT_FALSE(Open());
+}
+
 TEST_F(RedfishServiceTest, LoginWhoseAnswerWasLostIsNotSentAgain) {
     peer_.On(kAskRoot, Json(kRoot)).On(kLogIn, Broken(HttpErrorKind::kReset));
     EXPECT_EQ(Open().transport, HttpErrorKind::kReset);

@@ -144,6 +144,22 @@ TEST_F(RedfishSessionTest, TokenWithoutReadableBodyIsEnough) {
     EXPECT_EQ(session_.Token(), "t");
 }
 
+TEST_F(RedfishSessionTest, SessionIsKnownFromTheHeadersOfACutAnswer) {
+    ScriptedReply cut = Made("t", "/s/1");
+    cut.outcome.error = {HttpErrorKind::kTruncated, "cut"};
+    cut.outcome.response.body.clear();
+    peer_.On(kLogin, cut).On("DELETE /s/1", Status(204));
+    EXPECT_TRUE(LogIn().Ok());
+    EXPECT_FALSE(LogOut());
+}
+
+TEST_F(RedfishSessionTest, CutAnswerWithoutTokenIsAFailureOfTheTransport) {
+    ScriptedReply cut = Status(201);
+    cut.outcome.error = {HttpErrorKind::kTruncated, "cut"};
+    peer_.On(kLogin, cut);
+    EXPECT_EQ(LogIn().failure.transport, HttpErrorKind::kTruncated);
+}
+
 TEST_F(RedfishSessionTest, MissingTokenIsAFailureThatSaysSo) {
     peer_.On(kLogin, Json(R"({"Id":"1"})", 201).With("location", "/s/1"));
     const RedfishAnswer answer = LogIn();
