@@ -1,6 +1,8 @@
 // Programs of a POSIX system. Each is started in a session of its own: it has no terminal to ask
 // questions on, a Ctrl-C reaches this process alone, and it can be ended with all its children.
 
+#include "transport/process/command_runner.h"
+
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
@@ -14,7 +16,6 @@
 #include <utility>
 
 #include "transport/process/child_streams_posix.h"
-#include "transport/process/command_runner.h"
 #include "transport/process/program_search.h"
 
 namespace Vantix::transport {
