@@ -24,6 +24,13 @@ class AnIdentity {
     AnIdentity& Slot(std::string text) {
         return Set(record_.AssociatedAdapterSlot, std::move(text));
     }
+    AnIdentity& Manufacturer(std::string text) {
+        return Set(record_.Manufacturer, std::move(text));
+    }
+    AnIdentity& SerialNumber(std::string text) {
+        return Set(record_.SerialNumber, std::move(text));
+    }
+    AnIdentity& PartNumber(std::string text) { return Set(record_.PartNumber, std::move(text)); }
     AnIdentity& Classifications(std::string text) {
         return Set(record_.Classifications, std::move(text));
     }

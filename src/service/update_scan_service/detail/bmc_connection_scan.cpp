@@ -12,35 +12,15 @@
 #include "platform/system_info/system_info.h"
 #include "service/update_scan_service/detail/bmc_type.h"
 #include "service/update_scan_service/detail/identity_conversion.h"
+#include "service/update_scan_service/detail/identity_log.h"
 #include "service/update_scan_service/detail/scan_trace.h"
 #include "service/update_scan_service/detail/system_lists.h"
 #include "service/update_scan_service/detail/version_normalization.h"
 #include "service/update_scan_service/update_scan_report.h"
 
 namespace service::detail {
-namespace {
 
 using Vantix::VantixConnection::ConnectionInfo;
-using Vantix::VantixOptions::SoftwareIdentity_;
-
-void NormalizeVersions(const UpdateScanOption& option, std::vector<SoftwareIdentity_>& identities) {
-    if (option.is_cfc_system) {
-        for (SoftwareIdentity_& identity : identities) NormalizeCfcVersion(identity);
-    }
-    if (option.is_csp_system) {
-        for (SoftwareIdentity_& identity : identities) NormalizeCspVersion(identity);
-    }
-}
-
-void LogIdentities(const std::vector<SoftwareIdentity_>& identities) {
-    for (const SoftwareIdentity_& identity : identities) {
-        Vantix::Log log(4, kScanLogSource, __LINE__);
-        log.Stream() << "[Agentless Software Identity Information]\n";
-        DumpSoftwareIdentity(log.Stream(), identity);
-    }
-}
-
-}  // namespace
 
 BmcConnectionScan::BmcConnectionScan(const UpdateScanOption& option, UpdateScanReport& report,
                                      DynamicProgressBar* progress_bar,
@@ -104,7 +84,7 @@ TarselResult BmcConnectionScan::TakeInventory(const ConnectionInfo& connection) 
     }
     StorePlatform(bmc_type, static_cast<int>(identities.size()));
     AppendSoftwareIdentities(report_, identities);
-    LogIdentities(identities);
+    LogIdentities(kAgentlessIdentityHeading, identities);
     return TarselResult(SUCCEED, "");
 }
 
@@ -126,7 +106,7 @@ BmcConnectionScan::Identities BmcConnectionScan::ReadIdentities(
         Vantix::Log(1, kScanLogSource, __LINE__).Stream()
             << "Failed to get GetPLDMSoftwareIdentities";
     }
-    NormalizeVersions(option_, identities);
+    NormalizeVersions(identities, option_.is_cfc_system, option_.is_csp_system);
     return identities;
 }
 

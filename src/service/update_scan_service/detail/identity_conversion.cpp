@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/system_info/system_info.h"
+#include "service/update_scan_service/detail/ascii_case.h"
 #include "service/update_scan_service/update_scan_report.h"
 
 namespace service::detail {
@@ -20,26 +21,6 @@ constexpr std::array<std::string_view, 27> kAgentlessComponents = {
     "TAVRO", "TAVRO-BACKUP", "PYX",   "RUSK",           "KOFAR", "KOFEX",       "QOVA",
     "YEM",   "SWITCHES",     "VESK3", "VESK3-INACTIVE", "VESK",  "TOLV",        "BMC/H8",
     "BMC",   "BMC-BACKUP",   "CPLD",  "FPGA",           "ZIBE",  "HOLM"};
-
-// The C library's conversions follow the locale and are undefined for negative characters.
-char AsciiUpper(char letter) {
-    return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
-}
-
-std::string AsciiUpper(std::string_view text) {
-    std::string upper(text);
-    std::transform(upper.begin(), upper.end(), upper.begin(),
-                   [](char letter) { return AsciiUpper(letter); });
-    return upper;
-}
-
-std::string AsciiLower(std::string_view text) {
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-    });
-    return lower;
-}
 
 // Packages for hardware that has no driver yet are matched through such identifiers.
 bool MarksMissingDriver(const std::string& software_id) {

@@ -68,4 +68,14 @@ void NormalizeCspVersion(SoftwareIdentity_& identity) {
     }
 }
 
+void NormalizeVersions(std::vector<SoftwareIdentity_>& identities, bool is_cfc_system,
+                       bool is_csp_system) {
+    if (is_cfc_system) {
+        for (SoftwareIdentity_& identity : identities) NormalizeCfcVersion(identity);
+    }
+    if (is_csp_system) {
+        for (SoftwareIdentity_& identity : identities) NormalizeCspVersion(identity);
+    }
+}
+
 }  // namespace service::detail

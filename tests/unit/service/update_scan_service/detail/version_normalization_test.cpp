@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "support/builders.h"
 
@@ -182,6 +183,31 @@ TEST(NormalizeCspVersionTest, FpgaImageIsMatchedAtTheBeginningInItsCase) {
         EXPECT_EQ(identity.Name, "image") << instance_id;
         EXPECT_EQ(identity.Classifications, "") << instance_id;
     }
+}
+
+// ---- both over a whole list
+
+TEST(NormalizeVersionsTest, NothingChangesUnlessAskedFor) {
+    std::vector<Vantix::VantixOptions::SoftwareIdentity_> identities = {
+        AnIdentity().SoftwareId("BMC").Version("BMC-BMCImage1-1.0")};
+    NormalizeVersions(identities, false, false);
+    EXPECT_EQ(identities[0].VersionString, "BMC-BMCImage1-1.0");
+}
+
+TEST(NormalizeVersionsTest, EveryRecordIsNormalised) {
+    std::vector<Vantix::VantixOptions::SoftwareIdentity_> identities = {
+        AnIdentity().SoftwareId("BMC").Version("BMC-1"),
+        AnIdentity().SoftwareId("FPGA").Version("CPLD-2")};
+    NormalizeVersions(identities, true, false);
+    EXPECT_EQ(identities[0].VersionString, "1");
+    EXPECT_EQ(identities[1].VersionString, "2");
+}
+
+TEST(NormalizeVersionsTest, CfcComesBeforeCsp) {
+    std::vector<Vantix::VantixOptions::SoftwareIdentity_> identities = {
+        AnIdentity().SoftwareId("BMC").Version("BMC-BMCImage1-1.0")};
+    NormalizeVersions(identities, true, true);
+    EXPECT_EQ(identities[0].VersionString, "1.0");
 }
 
 }  // namespace
