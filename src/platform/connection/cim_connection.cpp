@@ -1,18 +1,66 @@
-// Connections over CIM-XML. There is no CIM client in this version: the function says so, and lets
-// what is known of the target from the Redfish leg speak where that is the real reason.
+// Connections to CIM services.
+
+#include <memory>
+#include <utility>
 
 #include "common/result/result_codes.h"
+#include "platform/cim/cim_channel.h"
+#include "platform/cim/cim_target.h"
+#include "platform/cim/service_probe.h"
 #include "platform/connection/connection.h"
+#include "platform/log/log_settings.h"
 
 namespace Vantix::VantixConnection {
 
 namespace {
 
-// Failures that concern the target itself: another protocol would fail alike, or must not try.
-bool ConcernsTheTarget(const TarselResult& result) {
-    return result == AUTHENTICATION_FAILED || result == VERIFY_CERTIFICATE_FAILED ||
-           result == PASSWORD_MUST_BE_CHANGED || result == NO_AVAILABLE_USER_ID ||
-           result == INTERRUPTED_BY_USER || result == CONNECTION_FAILED || result == TIMEOUT;
+// Failures of an earlier protocol leg that concern the target itself: CIM would fail alike, or must
+// not try.
+bool SharesItsFate(const TarselResult& before, const RunContext& run) {
+    if (before == AUTHENTICATION_FAILED || before == VERIFY_CERTIFICATE_FAILED ||
+        before == PASSWORD_MUST_BE_CHANGED || before == INTERRUPTED_BY_USER) {
+        return true;
+    }
+    const bool is_unreachable = before == CONNECTION_FAILED || before == TIMEOUT;
+    return is_unreachable && !run.MayOtherPortsAnswer();
+}
+
+ConnectionInfo InfoOf(const ConnectOption& option) {
+    ConnectionInfo info;
+    info.connect_case = kConnectCaseCim;
+    info.host = option.target_address;
+    info.port = cim::CimPortOf(option);
+    info.user = option.user;
+    info.password = option.password;
+    info.base_uri = (option.cim_plain_http ? "http://" : "https://") + cim::CimTargetOf(option);
+    info.ca_file = option.ca_file;
+    info.fingerprint = option.fingerprint;
+    info.verify_certificate = option.verify_certificate;
+    info.timeout_seconds = option.timeout_seconds;
+    return info;
+}
+
+TarselResult Refuse(const ConnectOption& option) {
+    return TarselResult(AUTHENTICATION_FAILED,
+                        "No further login is tried on " + cim::CimTargetOf(option) +
+                            ": user name or password was refused before; check both and start "
+                            "the scan again.");
+}
+
+void SaySecurity(const ConnectOption& option) {
+    if (!option.cim_plain_http) return;
+    option.run->AddNotice(option.verify_certificate
+                              ? "CIM runs without TLS: no user name and password are sent."
+                              : "CIM runs without TLS: user name and password travel unprotected.");
+}
+
+// The reader wants to know of both legs; the code is that of the later one.
+TarselResult WithEarlier(TarselResult result, const TarselResult& before) {
+    if (before.IsSucceed()) return result;
+    const std::string earlier =
+        before.message.empty() ? GetResultMessage(before.code) : before.message;
+    result.message += " (Over Redfish: " + earlier + ")";
+    return result;
 }
 
 }  // namespace
@@ -22,15 +70,24 @@ TarselResult FetchCIMConnectionList(const ConnectOption& option,
     list.clear();
     if (option.run->IsCancelled()) return TarselResult(INTERRUPTED_BY_USER);
     const TarselResult before = option.run->LastFailure();
-    if (!before.IsSucceed() && ConcernsTheTarget(before)) return before;
-    std::string message = "This version cannot scan " + option.target_address +
-                          " over CIM, the only other way to its BMC; enable Redfish on the BMC and "
-                          "scan again";
-    if (!before.IsSucceed()) {
-        message += " (over Redfish: " +
-                   (before.message.empty() ? GetResultMessage(before.code) : before.message) + ")";
+    if (!before.IsSucceed() && SharesItsFate(before, *option.run)) return before;
+    if (!option.run->MayTryLogin()) return Refuse(option);
+    AddLogSecret(option.password);
+    SaySecurity(option);
+    auto channel = std::make_shared<cim::CimChannel>(
+        option,
+        std::make_unique<transport::CurlTransport>(
+            cim::CurlSettingsFor(option, cim::CimPortOf(option), !option.cim_plain_http)),
+        transport::SystemClock());
+    const transport::CimFailure failure = channel->Open();
+    if (failure) {
+        const TarselResult result = channel->Remember(failure);
+        return WithEarlier(cim::ExplainRefusal(option, failure, result), before);
     }
-    return TarselResult(CONNECTION_FAILED, message + ".");
+    ConnectionInfo connection = InfoOf(option);
+    connection.channel = std::move(channel);
+    list.push_back(std::move(connection));
+    return TarselResult(SUCCEED, "");
 }
 
 }  // namespace Vantix::VantixConnection

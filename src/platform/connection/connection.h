@@ -56,6 +56,12 @@ struct ConnectOption {
     int connect_mode = 0;        ///< selects the scan path; first field
     std::string target_address;  ///< host name, IPv4 or IPv6 address (without brackets)
     int port = 0;                ///< 0: the protocol's default
+    /// Port of the CIM service, 0: 5989 (5988 without TLS), or `port` where CIM is the only
+    /// protocol.
+    int cim_port = 0;
+    bool cim_plain_http =
+        false;  ///< CIM without TLS; no login is sent while certificates are to be verified
+    std::string cim_namespace;  ///< where the inventory is; empty: the usual ones, in order
     std::string user;
     std::string password;            ///< never logged
     bool verify_certificate = true;  ///< off only on the user's explicit wish

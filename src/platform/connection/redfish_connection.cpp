@@ -70,7 +70,7 @@ TarselResult GetRESTConnection(const ConnectOption& option, ConnectionInfo& conn
         const TarselResult result =
             ResultOfConnectFailure(failure, HttpsTargetOf(option), option.user);
         Log(2, kLogSource, __LINE__).Stream() << "Redfish connection failed: " << result;
-        option.run->RecordFailure(result);
+        option.run->RecordFailure(result, MayOtherPortsAnswer(failure));
         return result;
     }
     connection = InfoOf(option);

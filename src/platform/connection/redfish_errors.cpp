@@ -99,6 +99,20 @@ TarselResult ResultOfConnectFailure(const RedfishFailure& failure, const std::st
     return TarselResult(row.code, message + " (" + failure.text + "); " + row.advice + ".");
 }
 
+bool MayOtherPortsAnswer(const RedfishFailure& failure) {
+    if (failure.problem != RedfishProblem::kNotReached) return true;
+    switch (failure.transport) {
+        case HttpErrorKind::kBadAddress:
+        case HttpErrorKind::kResolve:
+        case HttpErrorKind::kConnectTimeout:
+        case HttpErrorKind::kDeadline:
+        case HttpErrorKind::kCancelled:
+            return false;
+        default:
+            return true;
+    }
+}
+
 int CodeOfReadFailure(const RedfishFailure& failure) {
     const int code = RowOf(failure).code;
     return code == NO_RESTFUL_SERVICE || code == FUNCTION_NOT_SUPPORTED ? GET_RESTFUL_DATA_FAILED

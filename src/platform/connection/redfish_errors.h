@@ -13,6 +13,10 @@ namespace Vantix::VantixConnection {
 TarselResult ResultOfConnectFailure(const transport::RedfishFailure& failure,
                                     const std::string& target, const std::string& user);
 
+/// Whether another service of the same target may well answer: its host was reached, or refused
+/// this one port.
+bool MayOtherPortsAnswer(const transport::RedfishFailure& failure);
+
 /// The result code of a resource that could not be read over an established connection.
 int CodeOfReadFailure(const transport::RedfishFailure& failure);
 

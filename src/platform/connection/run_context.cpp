@@ -66,9 +66,15 @@ void RunContext::LoginRefused(const std::string& what) {
     Log(2, kSource, __LINE__).Stream() << "Login refused: " << what;
 }
 
-void RunContext::RecordFailure(const TarselResult& failure) {
+void RunContext::RecordFailure(const TarselResult& failure, bool may_other_ports_answer) {
     const std::lock_guard<std::mutex> lock(mutex_);
     last_failure_ = failure;
+    may_other_ports_answer_ = may_other_ports_answer;
+}
+
+bool RunContext::MayOtherPortsAnswer() const {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return may_other_ports_answer_;
 }
 
 TarselResult RunContext::LastFailure() const {

@@ -56,8 +56,11 @@ class TARSEL_EXPORT RunContext {
     /// The last failure that concerns the target itself rather than one protocol (refused login,
     /// untrusted certificate, unreachable host); success when there was none. A later protocol leg
     /// reports it instead of trying what is bound to fail or would be unsafe.
-    void RecordFailure(const TarselResult& failure);
+    /// `may_other_ports_answer`: what failed is one port of the target, not the way to it.
+    void RecordFailure(const TarselResult& failure, bool may_other_ports_answer = false);
     [[nodiscard]] TarselResult LastFailure() const;
+    /// What was said of the last failure; true when there was none.
+    [[nodiscard]] bool MayOtherPortsAnswer() const;
 
     // ---- completeness ---------------------------------------------------------------------------
     /// Stores the status of a source; a later one of the same name replaces it.
@@ -82,6 +85,7 @@ class TARSEL_EXPORT RunContext {
     mutable std::mutex mutex_;
     int refused_logins_ = 0;
     TarselResult last_failure_;
+    bool may_other_ports_answer_ = true;
     std::vector<SourceStatus> sources_;
     std::vector<std::string> notices_;
 };

@@ -6,7 +6,7 @@
 
 #include "common/result/result_codes.h"
 #include "platform/connection/redfish_errors.h"
-#include "platform/identities/identities.h"
+#include "platform/identities/agentless_forms.h"
 #include "platform/log/log.h"
 #include "platform/redfish/device_list_reader.h"
 #include "platform/redfish/inventory_reader.h"
@@ -72,45 +72,33 @@ int RememberLostLogin(RedfishChannel& channel) {
 
 }  // namespace
 
-AgentlessSoftwareIdentity::AgentlessSoftwareIdentity(
-    const VantixConnection::ConnectionInfo& connection)
-    : connection_(connection) {}
-
-int AgentlessSoftwareIdentity::GetPLDMSoftwareIdentities(std::vector<SoftwareIdentity_>& list) {
-    return GetSoftwareIdentities(list, true);
-}
-
-int AgentlessSoftwareIdentity::GetSoftwareIdentities(std::vector<SoftwareIdentity_>& list,
-                                                     bool all) {
-    RedfishChannel* channel = RedfishChannel::Of(connection_);
-    if (channel == nullptr) return CONNECTION_FAILED;
-    Inventory inventory = channel->ReadInventory();
+int IdentitiesOverRedfish(RedfishChannel& channel, std::vector<SoftwareIdentity_>& list, bool all) {
+    Inventory inventory = channel.ReadInventory();
     LogIssues("Left out ", inventory.issues, 2);
     LogIssues("Not installed: ", inventory.not_installed, 4);
-    ReportUnusable(*channel, inventory);
-    ReportCompletion(*channel, inventory);
-    ReportVersions(*channel, inventory);
+    ReportUnusable(channel, inventory);
+    ReportCompletion(channel, inventory);
+    ReportVersions(channel, inventory);
     std::copy_if(std::make_move_iterator(inventory.identities.begin()),
                  std::make_move_iterator(inventory.identities.end()), std::back_inserter(list),
                  [&](const SoftwareIdentity_& identity) {
                      return all || identity.IsPLDMUpdateSupported != "0";
                  });
-    if (channel->Run().IsCancelled()) return INTERRUPTED_BY_USER;
-    if (channel->IsLoginLost()) return RememberLostLogin(*channel);
-    const auto& failure = channel->InventoryFailure();
+    if (channel.Run().IsCancelled()) return INTERRUPTED_BY_USER;
+    if (channel.IsLoginLost()) return RememberLostLogin(channel);
+    const auto& failure = channel.InventoryFailure();
     // A service without inventory misses nothing that its other resources told.
     const bool is_offered = failure.problem != transport::RedfishProblem::kNotFound;
     if (failure && (is_offered || list.empty())) {
-        channel->Remember(failure);
+        channel.Remember(failure);
         return VantixConnection::CodeOfReadFailure(failure);
     }
-    return channel->IsInventoryPartial() || !inventory.issues.empty() ? GET_RESTFUL_DATA_FAILED
-                                                                      : SUCCEED;
+    return channel.IsInventoryPartial() || !inventory.issues.empty() ? GET_RESTFUL_DATA_FAILED
+                                                                     : SUCCEED;
 }
 
-std::string AgentlessSoftwareIdentity::GetInventoryList() {
-    RedfishChannel* channel = RedfishChannel::Of(connection_);
-    return channel == nullptr ? std::string() : redfish::ReadDeviceList(channel->Inventory());
+std::string DevicesOverRedfish(RedfishChannel& channel) {
+    return redfish::ReadDeviceList(channel.Inventory());
 }
 
 }  // namespace Vantix::Agentless

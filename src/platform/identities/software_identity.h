@@ -31,9 +31,10 @@ struct SoftwareIdentity_ {
     std::string AssociatedAdapterSlot;  ///< slot number of the carrying device; empty: none
     std::string LastUpdateError;
     std::string LastUpdateErrorString;
-    std::int32_t SlotType = 0;  ///< code of the slot type name table; 0 is on board
-    std::string SerialNumber;   ///< of the carrying device
-    std::string PartNumber;     ///< of the carrying device
+    std::int32_t SlotType = 0;           ///< code of the slot type name table; 0 is on board
+    std::string SerialNumber;            ///< of the carrying device
+    std::string PartNumber;              ///< of the carrying device
+    std::string TargetOperatingSystems;  ///< decimal code of the first one it is meant for
 };
 
 }  // namespace VantixOptions

@@ -221,7 +221,9 @@ void RedfishChannel::SettleInventory() {
 TarselResult RedfishChannel::Remember(const RedfishFailure& failure) {
     TarselResult result = VantixConnection::ResultOfConnectFailure(
         failure, VantixConnection::HttpsTargetOf(option_), option_.user);
-    if (!result.IsSucceed()) option_.run->RecordFailure(result);
+    if (!result.IsSucceed()) {
+        option_.run->RecordFailure(result, VantixConnection::MayOtherPortsAnswer(failure));
+    }
     return result;
 }
 

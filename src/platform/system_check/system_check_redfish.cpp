@@ -1,6 +1,5 @@
-// The questions that a Redfish service answers.
+// The questions about a Redfish service itself.
 
-#include "platform/redfish/bmc_kind.h"
 #include "platform/redfish/redfish_channel.h"
 #include "platform/system_check/system_check.h"
 #include "transport/redfish/json_fields.h"
@@ -21,19 +20,6 @@ bool SystemCheck::IsRedfishSupported(const ConnectionInfo& connection) {
         if (!json::Link(root, name).empty()) return true;
     }
     return false;
-}
-
-bool SystemCheck::IsTavroV3(const ConnectionInfo& connection) {
-    RedfishChannel* channel = RedfishChannel::Of(connection);
-    if (channel == nullptr) return false;
-    const redfish::Resource* manager = channel->Managed().manager;
-    return redfish::IsThirdGenerationTavro(redfish::ReadBmcFacts(channel->Snapshot(), manager));
-}
-
-std::string SystemCheck::GetReleaseName(const ConnectionInfo& connection) {
-    RedfishChannel* channel = RedfishChannel::Of(connection);
-    return channel == nullptr ? std::string()
-                              : redfish::ReadReleaseName(channel->Managed().manager);
 }
 
 bool SystemCheck::IsRedfishServiceStarting(const ConnectionInfo& connection,

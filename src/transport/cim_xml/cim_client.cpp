@@ -80,7 +80,7 @@ CimProblem ProblemOfStatus(const HttpResponse& response) {
 CimClient::CimClient(HttpTransport& transport, CimSettings settings)
     : transport_(transport), settings_(std::move(settings)) {}
 
-CimAnswer CimClient::Call(const CimCall& call) {
+CimAnswer CimClient::Call(const CimCall& call, Milliseconds timeout) {
     const bool may_log_in = is_let_in_ || !settings_.may_log_in || settings_.may_log_in();
     if (settings_.credentials && (is_refused_ || !may_log_in)) {
         CimAnswer answer;
@@ -89,29 +89,29 @@ CimAnswer CimClient::Call(const CimCall& call) {
         return answer;
     }
     const int message_id = ++last_message_id_;
-    return Judge(Send(call, message_id), message_id);
-}
-
-HttpOutcome CimClient::Send(const CimCall& call, int message_id) {
-    HttpOutcome outcome = SendOnce(call, message_id);
-    if (!IsBrokenConnection(outcome.error.kind)) return outcome;
-    transport_.DropIdleConnections();
-    return SendOnce(call, message_id);
-}
-
-HttpOutcome CimClient::SendOnce(const CimCall& call, int message_id) {
     HttpRequest request;
     request.method = HttpMethod::kPost;
     request.target = kTarget;
     request.headers = CimHeaders(call);
     request.body = WriteCimMessage(call, message_id);
     request.basic = settings_.credentials;
-    request.timeout = settings_.request_timeout;
+    request.timeout = timeout;
+    return Judge(Send(request), message_id);
+}
+
+HttpOutcome CimClient::Send(const HttpRequest& request) {
+    HttpOutcome outcome = SendOnce(request);
+    if (!IsBrokenConnection(outcome.error.kind)) return outcome;
+    transport_.DropIdleConnections();
+    return SendOnce(request);
+}
+
+HttpOutcome CimClient::SendOnce(const HttpRequest& request) {
     ++requests_;
     HttpOutcome result;
     result.error = {HttpErrorKind::kOther, "the request was given up"};
     bool is_done = false;
-    transport_.Submit(std::move(request), [&](HttpOutcome&& outcome) {
+    transport_.Submit(request, [&](HttpOutcome&& outcome) {
         result = std::move(outcome);
         is_done = true;
     });

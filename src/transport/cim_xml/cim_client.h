@@ -19,7 +19,6 @@ namespace Vantix::transport {
 struct CimSettings {
     /// User and password; absent: none is ever sent.
     std::optional<std::pair<std::string, std::string>> credentials;
-    Milliseconds request_timeout{60000};
     std::function<bool()> may_log_in;  ///< asked before a login is sent; empty: always
     /// Told when the service refused user and password.
     std::function<void(const std::string& what)> on_login_refused;
@@ -32,15 +31,18 @@ class CimClient {
     CimClient(const CimClient&) = delete;
     CimClient& operator=(const CimClient&) = delete;
 
-    /// Sends the call and waits for its answer.
-    [[nodiscard]] CimAnswer Call(const CimCall& call);
+    /// Sends the call and waits for its answer. `timeout` is how long the service may keep silent;
+    /// 0: for ever.
+    [[nodiscard]] CimAnswer Call(const CimCall& call, Milliseconds timeout = kUsualTimeout);
+
+    static constexpr Milliseconds kUsualTimeout{60000};
 
     /// How many requests were sent, the repetitions included.
     [[nodiscard]] int Requests() const { return requests_; }
 
   private:
-    [[nodiscard]] HttpOutcome Send(const CimCall& call, int message_id);
-    [[nodiscard]] HttpOutcome SendOnce(const CimCall& call, int message_id);
+    [[nodiscard]] HttpOutcome Send(const HttpRequest& request);
+    [[nodiscard]] HttpOutcome SendOnce(const HttpRequest& request);
     [[nodiscard]] CimAnswer Judge(const HttpOutcome& outcome, int message_id);
 
     HttpTransport& transport_;
