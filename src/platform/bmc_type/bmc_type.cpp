@@ -3,6 +3,7 @@
 #include "common/result/result_codes.h"
 #include "platform/bmc_type/bmc_type_forms.h"
 #include "platform/cim/cim_channel.h"
+#include "platform/ipmi/ipmi_channel.h"
 #include "platform/redfish/bmc_kind.h"
 #include "platform/redfish/redfish_channel.h"
 
@@ -17,6 +18,14 @@ int OssaTypeAcquire::GetOssaType(int& type) {
         return BmcTypeOverRedfish(*channel, type);
     }
     if (auto* channel = cim::CimChannel::Of(connection_)) return BmcTypeOverCim(*channel, type);
+    // The local host's BMC is asked through its system interface.
+    VantixConnection::ConnectionInfo connection = connection_;
+    if (connection.connect_case == VantixConnection::kConnectCaseLocal) {
+        connection.connect_case = VantixConnection::kConnectCaseIpmi;
+    }
+    if (const auto channel = ipmi::IpmiChannel::Of(connection)) {
+        return BmcTypeOverIpmi(*channel, type);
+    }
     return CONNECTION_FAILED;
 }
 

@@ -8,10 +8,15 @@ namespace Vantix::cim {
 class CimChannel;
 }
 
+namespace Vantix::ipmi {
+class IpmiChannel;
+}
+
 namespace Vantix::Agentless {
 
-/// Both return 0 and a number of the BMC kinds, or a result code and no kind.
+/// All return 0 and a number of the BMC kinds, or a result code and no kind.
 int BmcTypeOverRedfish(redfish::RedfishChannel& channel, int& type);
 int BmcTypeOverCim(cim::CimChannel& channel, int& type);
+int BmcTypeOverIpmi(ipmi::IpmiChannel& channel, int& type);
 
 }  // namespace Vantix::Agentless

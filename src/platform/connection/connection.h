@@ -61,7 +61,10 @@ struct ConnectOption {
     int cim_port = 0;
     bool cim_plain_http =
         false;  ///< CIM without TLS; no login is sent while certificates are to be verified
-    std::string cim_namespace;  ///< where the inventory is; empty: the usual ones, in order
+    std::string cim_namespace;    ///< where the inventory is; empty: the usual ones, in order
+    int ipmi_port = 0;            ///< 0: 623
+    int ipmi_cipher = 0;          ///< RMCP+ cipher suite; 0: 17, then 3
+    int ipmi_interval_ms = 1000;  ///< between two IPMI sessions with one BMC
     std::string user;
     std::string password;            ///< never logged
     bool verify_certificate = true;  ///< off only on the user's explicit wish
@@ -118,13 +121,17 @@ struct ConnectionInfo {
 [[nodiscard]] TarselResult FetchCIMConnectionList(const ConnectOption& option,
                                                   std::vector<ConnectionInfo>& list);
 
-/// IPMI over LAN or the local system interface. Further codes: 51 password too long, 63.
+/// IPMI over LAN, or this machine's own BMC where `target_address` is empty. Further codes: 51 a
+/// password that IPMI cannot carry (nothing was sent then), 63 no session could be agreed on,
+/// TIMEOUT, code 47 interrupted. Both functions deliver the same connection.
 [[nodiscard]] TarselResult FetchIPMIConnection(const ConnectOption& option,
                                                ConnectionInfo& connection);
 [[nodiscard]] TarselResult FetchIPMIConnectionList(const ConnectOption& option,
                                                    std::vector<ConnectionInfo>& list);
 
-/// The HTTPS service of an enclosure management module.
+/// The HTTPS service of an enclosure management module, read with Basic login. `connect_case` as
+/// for Redfish; further codes likewise. What failed over Redfish for a reason that holds here too
+/// is not tried again.
 [[nodiscard]] TarselResult FetchVeskHttpsConnection(const ConnectOption& option,
                                                     ConnectionInfo& connection);
 

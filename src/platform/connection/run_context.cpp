@@ -82,6 +82,17 @@ TarselResult RunContext::LastFailure() const {
     return last_failure_;
 }
 
+void RunContext::Remember(const std::string& key, const std::string& value) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    findings_[key] = value;
+}
+
+std::string RunContext::Recall(const std::string& key) const {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const auto found = findings_.find(key);
+    return found == findings_.end() ? std::string() : found->second;
+}
+
 void RunContext::ReportSource(SourceStatus status) {
     const std::lock_guard<std::mutex> lock(mutex_);
     const auto known =

@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -62,6 +63,14 @@ class TARSEL_EXPORT RunContext {
     /// What was said of the last failure; true when there was none.
     [[nodiscard]] bool MayOtherPortsAnswer() const;
 
+    // ---- findings
+    // --------------------------------------------------------------------------------
+    /// What one protocol leg found out about the target and a later one need not find out again,
+    /// for example which cipher suite works. Never a secret. Recall gives an empty text for unknown
+    /// keys.
+    void Remember(const std::string& key, const std::string& value);
+    [[nodiscard]] std::string Recall(const std::string& key) const;
+
     // ---- completeness ---------------------------------------------------------------------------
     /// Stores the status of a source; a later one of the same name replaces it.
     void ReportSource(SourceStatus status);
@@ -86,6 +95,7 @@ class TARSEL_EXPORT RunContext {
     int refused_logins_ = 0;
     TarselResult last_failure_;
     bool may_other_ports_answer_ = true;
+    std::map<std::string, std::string> findings_;
     std::vector<SourceStatus> sources_;
     std::vector<std::string> notices_;
 };

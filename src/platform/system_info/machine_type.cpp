@@ -2,6 +2,7 @@
 
 #include "common/result/result_codes.h"
 #include "platform/cim/cim_channel.h"
+#include "platform/ipmi/ipmi_channel.h"
 #include "platform/redfish/redfish_channel.h"
 #include "platform/system_info/machine_type_forms.h"
 #include "platform/system_info/system_info.h"
@@ -14,6 +15,9 @@ int SystemInfoScan::GetMachineType(const ConnectionInfo& connection,
     }
     if (auto* channel = Vantix::cim::CimChannel::Of(connection)) {
         return Vantix::system_info::MachineTypeOverCim(*channel, mt_sn);
+    }
+    if (const auto channel = Vantix::ipmi::IpmiChannel::Of(connection)) {
+        return Vantix::system_info::MachineTypeOverIpmi(*channel, mt_sn);
     }
     return GET_MACHINE_TYPE_FAILED;
 }

@@ -11,11 +11,16 @@ namespace Vantix::cim {
 class CimChannel;
 }
 
+namespace Vantix::ipmi {
+class IpmiChannel;
+}
+
 namespace Vantix::system_info {
 
-/// Both return 0 or a result code and fill (machine type, serial number).
+/// All return 0 or a result code and fill (machine type, serial number).
 int MachineTypeOverRedfish(redfish::RedfishChannel& channel,
                            std::pair<std::string, std::string>& mt_sn);
 int MachineTypeOverCim(cim::CimChannel& channel, std::pair<std::string, std::string>& mt_sn);
+int MachineTypeOverIpmi(ipmi::IpmiChannel& channel, std::pair<std::string, std::string>& mt_sn);
 
 }  // namespace Vantix::system_info

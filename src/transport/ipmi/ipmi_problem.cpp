@@ -46,7 +46,8 @@ constexpr Row kRows[] = {
     {"Unable to read password from file", IpmiProblem::kToolBroken},
     {"Get Auth Capabilities error", IpmiProblem::kNoAnswer},
     {"Get Channel Authentication Capabilities", IpmiProblem::kNoAnswer},
-    {"no response from RAKP", IpmiProblem::kNoAnswer},
+    // Whoever got that far is alive, but may not really speak this suite.
+    {"no response from RAKP", IpmiProblem::kCipher},
     {"Could not open socket", IpmiProblem::kNoAnswer},
     {"Network is unreachable", IpmiProblem::kNoAnswer},
     {"No response", IpmiProblem::kNoAnswer},

@@ -41,7 +41,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"SilentHostOtherLine", "Error issuing Get Channel Authentication Capabilities request",
              IpmiProblem::kNoAnswer},
         Case{"SilenceAfterTheStart", "> Error: no response from RAKP 1 message",
-             IpmiProblem::kNoAnswer},
+             IpmiProblem::kCipher},
         Case{"NoRoute", "Could not open socket!", IpmiProblem::kNoAnswer},
         Case{"UnknownName", "Address lookup for bmc.invalid failed\nCould not open socket!",
              IpmiProblem::kNameUnknown},
