@@ -15,6 +15,7 @@ TARSEL_BUILD_PACKAGES=(
 TARSEL_TEST_PACKAGES=(
     libgtest-dev libgmock-dev sblim-wbemcli
     ccache clang-format git python3 openssl procps
+    ipmitool openipmi
 )
 
 # On top of the build packages for bench/run.sh.

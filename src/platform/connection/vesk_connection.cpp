@@ -14,8 +14,8 @@ bool SharesItsFate(const TarselResult& before, const ConnectOption& option) {
         before == PASSWORD_MUST_BE_CHANGED || before == INTERRUPTED_BY_USER) {
         return true;
     }
-    const bool is_unreachable = before == CONNECTION_FAILED || before == TIMEOUT;
-    if (is_unreachable && !option.run->MayOtherPortsAnswer()) return true;
+    // It is the same port, and the Redfish leg has asked it patiently.
+    if (before == CONNECTION_FAILED || before == TIMEOUT) return true;
     return option.auth == AuthMethod::kSession || option.auth == AuthMethod::kBasic;
 }
 

@@ -9,8 +9,8 @@ namespace {
 using testing::HasSubstr;
 using testing::SizeIs;
 
-// Carries out the script of a session like ipmitool: the echo lines, and an answer for Get Device
-// ID.
+// Carries out the script of a session like ipmitool: the echo lines, and answers for a few
+// commands.
 constexpr const char* kSession = R"sh(
 for last; do :; done
 while read -r word rest; do
@@ -20,8 +20,7 @@ while read -r word rest; do
     "raw 0x2c 0x2e 0x00") echo " 00 00 3d 01 02 03 04 01" ;;
     "raw 0x2c 0x2f 0x00 0x00 0x02") echo " 00 42 4f 4f 54 00 00 00 00 00 00 00 00" ;;
     "raw 0x2c 0x2f 0x00 0x00 0x01") echo " 00 02 17 00 00 00 01" ;;
-    raw*) echo "Unable to send RAW command (channel=0x0 netfn=0xa lun=0x0 cmd=0x10 rsp=0xcb)" > &2;
-;
+    raw*) echo "Unable to send RAW command (channel=0x0 netfn=0xa lun=0x0 cmd=0x10 rsp=0xcb)" >&2 ;;
   esac
 done <"$last"
 )sh";
@@ -106,7 +105,7 @@ TEST(IpmiStandInTest, DamagedMakerListIsNotTheBmcsFault) {
 }
 
 TEST(IpmiStandInTest, OutputWithoutEndOrSenseIsNoConnection) {
-    const StandInTool tool("head -c 20000000 /dev/urandom; head -c 20000000 /dev/urandom >&2");
+    const StandInTool tool("head -c 6000000 /dev/urandom; head -c 6000000 /dev/urandom >&2");
     ConnectionInfo connection;
     EXPECT_FALSE(Fetch(connection).IsSucceed());
 }
