@@ -22,6 +22,7 @@ struct RequestRecord {
     HeaderList headers;  ///< as received; credentials included
     int connection = 0;  ///< ordinal of the connection, from 1
     int status = 0;      ///< of the answer; 0 while, or when, there is none
+    std::string body;    ///< of a CIM request
 };
 
 struct BmcCounts {

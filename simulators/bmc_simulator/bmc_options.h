@@ -6,6 +6,7 @@
 #include <chrono>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace simulators {
@@ -31,12 +32,16 @@ struct Fault {
         kHugeBody,         ///< valid JSON of at least `size` bytes
         kDeepJson,         ///< valid JSON nested `size` levels deep
         kGzip,             ///< the right answer with Content-Encoding gzip, asked for or not
-        kRedirect          ///< `status` (301, 302, 303, 307, 308) to `location`
+        kRedirect,         ///< `status` (301, 302, 303, 307, 308) to `location`
+        kChunked,          ///< the right answer in chunks of `drip_bytes`, with a trailer
+        kOddHeaders        ///< the right answer, header names small, length with leading zeros
     };
 
     Kind kind = Kind::kStatus;
     int status = 200;  ///< set it for kStatus and kRedirect
     std::string message_id = "Base.1.12.GeneralError";
+    /// Further headers, for kStatus and kBody.
+    std::vector<std::pair<std::string, std::string>> headers;
     std::string retry_after;  ///< Retry-After header as it stands (seconds or date); empty: none
     std::string location;
     std::string content_type = "application/json";
@@ -53,6 +58,7 @@ struct FaultRule {
     std::string target;  ///< whole raw request target, query included
     std::string target_prefix;
     std::string target_contains;  ///< for example "$expand"
+    std::string body_contains;    ///< for example the class name in a CIM request
     int nth_request = 0;          ///< ordinal since the start or ResetCounts, from 1; 0: any
     int skip = 0;                 ///< spare the first so many requests that match
     int times = -1;               ///< how often; -1: every time
@@ -87,7 +93,7 @@ enum class KeyKind {
 
 struct BmcOptions {
     // Scenario.
-    std::string scenario_dir;  ///< holds redfish/v1/**/index.json; may be empty
+    std::string scenario_dir;  ///< holds redfish/v1/**/index.json, cim/*.xml or both; may be empty
     /// Bodies laid over the scenario, by path ("/redfish/v1/Systems"); an empty text removes it.
     std::map<std::string, std::string> replaced_bodies;
 

@@ -2,9 +2,12 @@
 
 #include <boost/json.hpp>
 #include <charconv>
+#include <fstream>
+#include <iterator>
 #include <optional>
 #include <utility>
 
+#include "bmc_simulator/cim_responder.h"
 #include "bmc_simulator/collection_view.h"
 
 namespace simulators {
@@ -13,6 +16,8 @@ namespace {
 namespace json = boost::json;
 
 constexpr std::string_view kRoot = "/redfish/v1";
+constexpr std::string_view kCimPath = "/cimom";
+constexpr std::string_view kWebServicePath = "/sdk";
 constexpr std::string_view kStandardSessions = "/redfish/v1/SessionService/Sessions";
 
 /// The path of a raw target as the tree spells its keys.
@@ -47,6 +52,12 @@ std::string TextAt(const std::string& body, std::initializer_list<std::string_vi
                                        : std::string();
 }
 
+/// Empty where there is no such file.
+std::string ReadFile(const std::string& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
 ServiceReply Ok(std::string body) {
     ServiceReply reply;
     reply.headers.emplace_back("OData-Version", "4.0");
@@ -59,7 +70,9 @@ ServiceReply Ok(std::string body) {
 BmcService::BmcService(const BmcOptions& options, BmcCounts& counts)
     : options_(options),
       recorded_(ScenarioTree::Load(options.scenario_dir)),
-      desk_(options, counts) {
+      desk_(options, counts),
+      cim_(CimRepository::Load(options.scenario_dir)),
+      web_service_(ReadFile(options.scenario_dir + "/sdk.xml")) {
     ReloadReplacedBodies();
 }
 
@@ -80,8 +93,20 @@ std::string BmcService::SessionsPath() const {
     return path.starts_with('/') ? PathOf(path) : std::string(kStandardSessions);
 }
 
+std::optional<ServiceReply> BmcService::AnswerOthers(const ServiceRequest& request,
+                                                     const std::string& path) {
+    if (request.method != "POST") return std::nullopt;
+    if (path == kWebServicePath && !web_service_.empty()) {
+        return ServiceReply{200, {}, "text/xml; charset=utf-8", web_service_};
+    }
+    if (path != kCimPath || cim_.IsEmpty()) return std::nullopt;
+    if (auto refusal = desk_.TurnAway(request)) return refusal;
+    return AnswerCim(cim_, request);
+}
+
 ServiceReply BmcService::Answer(const ServiceRequest& request) {
     const std::string path = PathOf(request.target);
+    if (auto reply = AnswerOthers(request, path)) return *reply;
     const bool is_root = path == kRoot || path == "/redfish";
     const std::string sessions_path = SessionsPath();
     if (request.method == "POST" && path == sessions_path) {

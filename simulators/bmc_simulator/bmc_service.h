@@ -1,13 +1,16 @@
-// The Redfish service of a simulated BMC without its sockets: request in, right answer out. Faults
-// and pace belong to the server around it. Used from one thread at a time.
+// The services of a simulated machine without their sockets: Redfish, CIM-XML at /cimom, and what a
+// hypervisor's web service tells without a login. Request in, right answer out. Faults and pace
+// belong to the server around it. Used from one thread at a time.
 
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "bmc_simulator/bmc_counts.h"
 #include "bmc_simulator/bmc_options.h"
+#include "bmc_simulator/cim_repository.h"
 #include "bmc_simulator/login_desk.h"
 #include "bmc_simulator/scenario_tree.h"
 #include "bmc_simulator/service_message.h"
@@ -27,6 +30,8 @@ class BmcService {
     void ForgetSessions() { desk_.ForgetAll(); }
 
   private:
+    [[nodiscard]] std::optional<ServiceReply> AnswerOthers(const ServiceRequest& request,
+                                                           const std::string& path);
     [[nodiscard]] std::string SessionsPath() const;
     [[nodiscard]] ServiceReply AnswerSessions(const ServiceRequest& request,
                                               std::string_view sessions_path,
@@ -45,6 +50,8 @@ class BmcService {
     ScenarioTree recorded_;
     ScenarioTree tree_;
     LoginDesk desk_;
+    CimRepository cim_;
+    std::string web_service_;  ///< answer to POST /sdk; empty: none
 };
 
 }  // namespace simulators

@@ -10,6 +10,7 @@
 #include <fstream>
 #include <random>
 #include <set>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -76,20 +77,57 @@ std::string WriteCaFile(const std::string& pem) {
     return file.string();
 }
 
+std::string HexNumber(std::size_t value) {
+    std::ostringstream text;
+    text << std::hex << value;
+    return text.str();
+}
+
+/// RFC 9112, 7.1: chunks, the last one empty, and a trailer.
+std::string InChunks(const std::string& body, std::size_t size) {
+    std::string text;
+    for (std::size_t at = 0; at < body.size(); at += std::max<std::size_t>(size, 1)) {
+        const std::string chunk = body.substr(at, std::max<std::size_t>(size, 1));
+        text += HexNumber(chunk.size()) + "\r\n" + chunk + "\r\n";
+    }
+    return text + "0\r\nX-Simulated-Trailer: end\r\n\r\n";
+}
+
+std::string SmallNames(const std::string& head) {
+    std::string text;
+    bool is_name = false;
+    for (const char letter : head) {
+        is_name = letter == '\n' || (is_name && letter != ':');
+        const bool is_capital = letter >= 'A' && letter <= 'Z';
+        text += is_name && is_capital ? static_cast<char>(letter - 'A' + 'a') : letter;
+    }
+    return text;
+}
+
+std::string LengthHeader(const std::string& body, Fault::Kind kind) {
+    if (kind == Fault::Kind::kChunked) return "Transfer-Encoding: chunked\r\n";
+    const std::string zeros = kind == Fault::Kind::kOddHeaders ? "000" : "";
+    return "Content-Length: " + zeros + std::to_string(body.size()) + "\r\n";
+}
+
 /// Header and body apart, since some faults send one without the other.
-std::pair<std::string, std::string> Render(const ServiceRequest& request,
-                                           const ServiceReply& reply) {
+std::pair<std::string, std::string> Render(const ServiceRequest& request, const ServiceReply& reply,
+                                           const std::optional<Fault>& fault) {
+    const auto kind = fault ? fault->kind : Fault::Kind::kStatus;
     const auto reason =
         boost::beast::http::obsolete_reason(static_cast<boost::beast::http::status>(reply.status));
     std::string head = "HTTP/1.1 " + std::to_string(reply.status) + " " + std::string(reason) +
                        "\r\nServer: simulated-bmc\r\nCache-Control: no-cache\r\n";
     if (reply.status != 204) {
-        head += "Content-Type: " + reply.content_type +
-                "\r\nContent-Length: " + std::to_string(reply.body.size()) + "\r\n";
+        head += "Content-Type: " + reply.content_type + "\r\n" + LengthHeader(reply.body, kind);
     }
     for (const auto& [name, value] : reply.headers) head += name + ": " + value + "\r\n";
+    if (kind == Fault::Kind::kOddHeaders) head = SmallNames(head);
     const bool has_body = reply.status != 204 && request.method != "HEAD";
-    return {head + "\r\n", has_body ? reply.body : std::string()};
+    const bool is_chunked = kind == Fault::Kind::kChunked && has_body;
+    std::string body = has_body ? reply.body : std::string();
+    if (is_chunked) body = InChunks(body, fault->drip_bytes);
+    return {head + "\r\n", std::move(body)};
 }
 
 bool IsUnanswered(const std::optional<Fault>& fault) {
@@ -277,7 +315,7 @@ asio::awaitable<bool> BmcSimulator::Impl::Send(Wire& wire, const ServiceRequest&
                                                const std::optional<Fault>& fault) {
     const bool close = AsksToClose(request);
     if (close) reply.headers.emplace_back("Connection", "close");
-    auto [head, body] = Render(request, reply);
+    auto [head, body] = Render(request, reply, fault);
     const auto kind = fault ? fault->kind : Fault::Kind::kStatus;
     if (kind == Fault::Kind::kTruncate) body.resize(body.size() / 2);
     if (kind == Fault::Kind::kSlowDrip) {

@@ -6,6 +6,14 @@
 #include "bmc_simulator/fault_reply.h"
 
 namespace simulators {
+namespace {
+
+/// Bodies of other requests hold passwords that no test looks at.
+std::string CimBody(const ServiceRequest& request) {
+    return request.target == "/cimom" ? request.body : std::string();
+}
+
+}  // namespace
 
 BmcState::BmcState(BmcOptions options)
     : options_(std::move(options)), service_(options_, counts_), plan_(options_.faults) {}
@@ -37,9 +45,10 @@ BmcState::Taken BmcState::TakeRequest(const ServiceRequest& request, int connect
     ++counts_.in_flight;
     counts_.most_in_flight = std::max(counts_.most_in_flight, counts_.in_flight);
     if (FindHeader(request.headers, "Authorization")) ++counts_.authorization_headers_seen;
-    counts_.log.push_back({request.method, request.target, request.headers, connection, 0});
+    counts_.log.push_back(
+        {request.method, request.target, request.headers, connection, 0, CimBody(request)});
     return {cleared_requests_ + counts_.requests,
-            plan_.Next(request.method, request.target, counts_.requests)};
+            plan_.Next(request.method, request.target, counts_.requests, request.body)};
 }
 
 ServiceReply BmcState::Answer(const ServiceRequest& request, const std::optional<Fault>& fault) {

@@ -16,7 +16,7 @@ class FaultPlan {
 
     /// The fault of the first rule that matches and is not used up. `ordinal` counts from 1.
     [[nodiscard]] std::optional<Fault> Next(std::string_view method, std::string_view target,
-                                            int ordinal);
+                                            int ordinal, std::string_view body = {});
 
   private:
     std::vector<FaultRule> rules_;

@@ -124,6 +124,7 @@ ServiceReply ApplyFault(const Fault& fault, ServiceReply reply) {
                 break;
         }
     }
+    for (const auto& header : fault.headers) reply.headers.push_back(header);
     if (!fault.retry_after.empty()) reply.headers.emplace_back("Retry-After", fault.retry_after);
     return reply;
 }

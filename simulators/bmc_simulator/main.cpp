@@ -38,7 +38,8 @@ struct Settings {
 
 void Declare(CLI::App& app, Settings& settings) {
     simulators::BmcOptions& bmc = settings.bmc;
-    app.add_option("--scenario", bmc.scenario_dir, "Folder with redfish/v1/index.json")
+    app.add_option("--scenario", bmc.scenario_dir,
+                   "Folder with redfish/v1/index.json, cim/*.xml or both")
         ->required()
         ->check(CLI::ExistingDirectory);
     app.add_option("--user", bmc.user, "User name")->capture_default_str();

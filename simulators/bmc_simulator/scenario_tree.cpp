@@ -112,6 +112,7 @@ ScenarioTree ScenarioTree::Load(const std::string& folder) {
     if (folder.empty()) return tree;
     const fs::path base(folder);
     std::error_code error;
+    if (!fs::exists(base / "redfish", error) && fs::is_directory(base / "cim", error)) return tree;
     if (!fs::is_regular_file(base / "redfish" / "v1" / "index.json", error)) {
         throw std::runtime_error("no redfish/v1/index.json in scenario folder: " + folder);
     }

@@ -20,7 +20,8 @@ class ScenarioTree {
         std::string body;
     };
 
-    /// Reads all of `folder`; an empty name gives an empty tree.
+    /// Reads all of `folder`; an empty name gives an empty tree, and so does a machine that speaks
+    /// CIM only.
     /// Throws std::runtime_error where the folder has no redfish/v1/index.json.
     [[nodiscard]] static ScenarioTree Load(const std::string& folder);
 

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Writes all generated scenarios beside this folder; `git diff` then shows what changed."""
 
+import cim_machines
 import enclosure_module
 import odd_members
 import other_servers
@@ -14,6 +15,7 @@ def main():
     enclosure_module.make()
     other_servers.make_thin()
     odd_members.make()
+    cim_machines.make()
 
 
 if __name__ == "__main__":
