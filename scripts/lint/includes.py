@@ -20,7 +20,7 @@ _SYSTEM_FILE = re.compile(r"_(linux|posix|windows)\.(cpp|h)$")
 _SERVICE_THIRD_PARTY = re.compile(r"^boost/(property_tree|regex|filesystem)")
 _EXPORTED_THIRD_PARTY = re.compile(r"^boost/property_tree/ptree_fwd\.hpp$")
 _COMMAND_LINE_THIRD_PARTY = re.compile(r"^CLI/|^boost/(filesystem|property_tree)")
-_SIMULATOR_THIRD_PARTY = re.compile(r"^(boost|openssl|CLI|spdlog)/")
+_SIMULATOR_THIRD_PARTY = re.compile(r"^((boost|openssl|CLI|spdlog)/|pugixml\.hpp$)")
 
 _SERVICE = "service/update_scan_service/"
 

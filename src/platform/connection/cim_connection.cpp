@@ -54,13 +54,28 @@ void SaySecurity(const ConnectOption& option) {
                               : "CIM runs without TLS: user name and password travel unprotected.");
 }
 
-// The reader wants to know of both legs; the code is that of the later one.
-TarselResult WithEarlier(TarselResult result, const TarselResult& before) {
+std::string TextOf(const TarselResult& result) {
+    return result.message.empty() ? GetResultMessage(result.code) : result.message;
+}
+
+bool IsCimAbsent(const TarselResult& result) {
+    return result == CIM_OVER_HTTPS_DISABLED || result == NO_CIM_SERVICE ||
+           result == CONNECTION_FAILED;
+}
+
+bool IsRedfishAbsent(const TarselResult& before) {
+    return before == NO_RESTFUL_SERVICE || before == CONNECTION_FAILED || before == TIMEOUT;
+}
+
+// The reader wants to know of both legs. Where only Redfish exists its failure is the one to mend;
+// otherwise the later leg's counts.
+TarselResult WithEarlier(const TarselResult& result, const TarselResult& before) {
     if (before.IsSucceed()) return result;
-    const std::string earlier =
-        before.message.empty() ? GetResultMessage(before.code) : before.message;
-    result.message += " (Over Redfish: " + earlier + ")";
-    return result;
+    if (IsCimAbsent(result) && !IsRedfishAbsent(before)) {
+        return TarselResult(before.code,
+                            TextOf(before) + " (Nor over CIM: " + TextOf(result) + ")");
+    }
+    return TarselResult(result.code, TextOf(result) + " (Over Redfish: " + TextOf(before) + ")");
 }
 
 }  // namespace

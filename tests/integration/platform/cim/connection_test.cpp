@@ -340,6 +340,28 @@ TEST_F(CimConnectionTest, BothFailuresAreToldWhenCimFailsToo) {
     EXPECT_TRUE(Says(result, "(Over Redfish: no Redfish there)")) << result;
 }
 
+TEST_F(CimConnectionTest, FailureOfTheOnlyServiceThereIsTheOneToMend) {
+    ConnectOption option = OptionFor(bmc_);
+    option.run->RecordFailure(TarselResult(GET_RESTFUL_DATA_FAILED, "Redfish is sick."), true);
+    option.cim_port = ClosedPort();
+
+    const TarselResult result = Fetch(option);
+
+    EXPECT_TRUE(result == GET_RESTFUL_DATA_FAILED) << result;
+    EXPECT_TRUE(Says(result, "Redfish is sick. (Nor over CIM: CIM over HTTPS is disabled"))
+        << result;
+}
+
+TEST_F(CimConnectionTest, FailureOfACimServiceCountsMoreThanTheEarlierOne) {
+    simulators::FaultRule rule;
+    rule.fault.status = 500;
+    bmc_.SetFaults({rule});
+    const ConnectOption option = OptionFor(bmc_);
+    option.run->RecordFailure(TarselResult(GET_RESTFUL_DATA_FAILED, "Redfish is sick."), true);
+
+    EXPECT_TRUE(Fetch(option) == BMC_INTERNAL_ERROR);
+}
+
 TEST_F(CimConnectionTest, RefusedRedfishPortLeavesCimToBeTried) {
     ConnectOption option = OptionFor(bmc_);
     option.port = ClosedPort();
