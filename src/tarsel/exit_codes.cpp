@@ -7,8 +7,12 @@ namespace {
 
 constexpr std::int32_t kGenericFailure = 1;
 constexpr std::int32_t kConnectionFailed = 13;
+constexpr std::int32_t kFunctionNotSupported = 25;
 constexpr std::int32_t kInterruptedByUser = 47;
 constexpr int kInterruptSignal = 2;
+// Its code stands for every failure of a hypervisor; only the text tells this one.
+constexpr const char* kUnsupportedHypervisor =
+    "Tarsel do not support this installed VMWare ESXi Version.";
 
 struct Row {
     std::int32_t code;
@@ -58,10 +62,12 @@ int ExitCodeFor(std::int32_t code, bool is_partial, int signal) {
     return ExitCodeOfFailure(code);
 }
 
-std::int32_t TellingCode(std::int32_t code, std::int32_t last_failure, bool has_answered) {
-    if (code != kConnectionFailed) return code;
+std::int32_t TellingCode(const TarselResult& result, std::int32_t last_failure, bool has_answered) {
+    if (result.message == kUnsupportedHypervisor) return kFunctionNotSupported;
+    const bool is_mute = result.code == kGenericFailure && result.message.empty();
+    if (result.code != kConnectionFailed && !is_mute) return result.code;
     if (last_failure != 0) return last_failure;
-    return has_answered ? kGenericFailure : code;
+    return has_answered ? kGenericFailure : result.code;
 }
 
 std::string ExitCodeTable() {

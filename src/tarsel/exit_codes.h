@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "common/result/tarsel_result.h"
+
 namespace tarsel {
 
 enum ExitCode : int {
@@ -23,10 +25,11 @@ enum ExitCode : int {
 int ExitCodeFor(std::int32_t code, bool is_partial, int signal);
 
 /// The code that tells best why a scan failed. "Connection failed" may be the answer of the last
-/// protocol that was tried, while an earlier one knows more: `last_failure` is the target's last
-/// failure (0: none), `has_answered` says that facts were read. Other codes are returned as they
-/// are.
-std::int32_t TellingCode(std::int32_t code, std::int32_t last_failure, bool has_answered);
+/// protocol that was tried, and a generic failure without a word says nothing, while an earlier
+/// failure knows more: `last_failure` is the target's last one (0: none), `has_answered` says that
+/// facts were read. A release that cannot be scanned is told from other failures of its kind. Other
+/// codes are returned as they are.
+std::int32_t TellingCode(const TarselResult& result, std::int32_t last_failure, bool has_answered);
 
 /// The table for --help.
 std::string ExitCodeTable();

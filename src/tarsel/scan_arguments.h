@@ -12,9 +12,14 @@ struct PasswordSource {
     bool is_stdin = false;  ///< first line of the standard input
 };
 
+/// What is scanned.
+enum class TargetKind { kBmc, kChassis, kIoSwitch, kHypervisor, kEnclosure };
+
 /// `tarsel scan`. Durations are in seconds.
 struct ScanArguments {
-    std::string host;  ///< from --bmc; no brackets
+    TargetKind kind = TargetKind::kBmc;
+    int bay = 0;       ///< of the I/O switch; 0: none
+    std::string host;  ///< no brackets
     int port = 0;      ///< 0: the protocol's default
     std::string user;
     PasswordSource password;
@@ -39,6 +44,13 @@ struct ScanArguments {
     std::string proxy;
     bool use_environment_proxy = false;
     std::string auth = "auto";
+
+    int cim_port = 0;  ///< 0: the protocol's default, as below
+    bool is_cim_http = false;
+    std::string cim_namespace;  ///< empty: the usual ones
+    int ipmi_port = 0;
+    int ipmi_cipher = 0;  ///< 0: those that are in use, best first
+    int ipmi_interval_seconds = 1;
 
     bool is_info_only = false;
     std::string system_id;

@@ -41,6 +41,13 @@ using Vantix::VantixConnection::SourceStatus;
 constexpr const char* kSource = "tarsel/scan_command";
 // The keys under which the scan through a BMC asks for its estimate.
 constexpr const char* kEstimateKey = "None_None";
+// Word for word what a CIM connection says itself, so that it is shown once: before the scan where
+// CIM is sure to be used.
+constexpr const char* kCimWithoutTls =
+    "CIM runs without TLS: user name and password travel unprotected.";
+constexpr const char* kCimWithoutLogin =
+    "CIM runs without TLS: no user name and password are sent.";
+constexpr int kGenericFailure = 1;
 constexpr int kInternalError = 17;
 constexpr int kFileLevel = 3;
 constexpr int kMostDetailedLevel = 4;
@@ -95,6 +102,17 @@ TarselResult RunWithoutThrowing(service::ServiceUpdateScan& scan,
     }
 }
 
+bool IsCimCertain(TargetKind kind) {
+    return kind == TargetKind::kChassis || kind == TargetKind::kIoSwitch ||
+           kind == TargetKind::kHypervisor;
+}
+
+// What a scan path keeps to itself when it only says that it failed.
+TarselResult TellingResult(const TarselResult& result, const TarselResult& last_failure) {
+    const bool is_mute = result.code == kGenericFailure && result.message.empty();
+    return is_mute && !last_failure.IsSucceed() ? last_failure : result;
+}
+
 bool HasAnswered(const std::vector<SourceStatus>& sources) {
     return std::any_of(sources.begin(), sources.end(),
                        [](const SourceStatus& source) { return source.items_read > 0; });
@@ -117,7 +135,7 @@ int ScanRun::Run() {
     Scan(password.password);
     WipeText(password.password);
     const std::int32_t code =
-        TellingCode(result_.code, run_->LastFailure().code, HasAnswered(run_->Sources()));
+        TellingCode(result_, run_->LastFailure().code, HasAnswered(run_->Sources()));
     exit_code_ = ExitCodeFor(code, run_->IsPartial(), Interruption::Signal());
     SaveScanXml();
     PrintTables();
@@ -153,6 +171,9 @@ void ScanRun::WarnAboutSecurity() {
     }
     if (arguments_.is_tls_legacy) {
         SayOnce("Weak TLS versions and keys are accepted from " + target_ + " (--tls-legacy).");
+    }
+    if (arguments_.is_cim_http && IsCimCertain(arguments_.kind)) {
+        SayOnce(arguments_.is_insecure ? kCimWithoutTls : kCimWithoutLogin);
     }
 }
 
@@ -229,6 +250,8 @@ void ScanRun::SaveCommonResult() {
 }
 
 void ScanRun::RememberDuration() {
+    // Only the scan through a BMC asks for an estimate.
+    if (arguments_.kind != TargetKind::kBmc) return;
     if (!result_.IsSucceed() || arguments_.is_info_only || run_->IsPartial()) return;
     const auto elapsed = std::chrono::ceil<std::chrono::seconds>(finished_ - started_);
     TimeEstimation::getInstance()->RememberScan(
@@ -242,7 +265,8 @@ void ScanRun::Tell() {
     if (!block.empty()) Log(3, kSource, __LINE__).Stream() << block;
     if (!arguments_.is_quiet) std::cerr << Vantix::MaskSecrets(block) << std::flush;
     if (!result_.IsSucceed()) {
-        PrintError(ErrorSentence(result_, target_, arguments_.host, exit_code_));
+        PrintError(ErrorSentence(TellingResult(result_, run_->LastFailure()), target_,
+                                 arguments_.host, exit_code_));
     } else if (arguments_.is_quiet && exit_code_ == kExitPartial) {
         PrintError(GapSentence(target_, sources));
     }

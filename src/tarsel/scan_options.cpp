@@ -13,10 +13,36 @@ AuthMethod AuthFor(const std::string& word) {
     return AuthMethod::kAuto;
 }
 
+int ModeFor(TargetKind kind) {
+    switch (kind) {
+        case TargetKind::kChassis:
+            return Vantix::VantixConnection::kConnectModeChassis;
+        case TargetKind::kIoSwitch:
+            return Vantix::VantixConnection::kConnectModeIoSwitch;
+        case TargetKind::kHypervisor:
+            return Vantix::VantixConnection::kConnectModeEsxi;
+        case TargetKind::kEnclosure:
+            return Vantix::VantixConnection::kConnectModeEnclosure;
+        case TargetKind::kBmc:
+            break;
+    }
+    return Vantix::VantixConnection::kConnectModeOobBmc;
+}
+
+void AddProtocols(const ScanArguments& arguments, ConnectOption& option) {
+    constexpr int kMillisecondsPerSecond = 1000;
+    option.cim_port = arguments.cim_port;
+    option.cim_plain_http = arguments.is_cim_http;
+    option.cim_namespace = arguments.cim_namespace;
+    option.ipmi_port = arguments.ipmi_port;
+    option.ipmi_cipher = arguments.ipmi_cipher;
+    option.ipmi_interval_ms = arguments.ipmi_interval_seconds * kMillisecondsPerSecond;
+}
+
 ConnectOption ConnectOptionFor(const ScanArguments& arguments, const std::string& password,
                                const std::shared_ptr<RunContext>& run) {
     ConnectOption option;
-    option.connect_mode = Vantix::VantixConnection::kConnectModeOobBmc;
+    option.connect_mode = ModeFor(arguments.kind);
     option.target_address = arguments.host;
     option.port = arguments.port;
     option.user = arguments.user;
@@ -37,6 +63,7 @@ ConnectOption ConnectOptionFor(const ScanArguments& arguments, const std::string
     option.use_environment_proxy = arguments.use_environment_proxy;
     option.system_id = arguments.system_id;
     option.run = run;
+    AddProtocols(arguments, option);
     return option;
 }
 
@@ -45,6 +72,7 @@ ConnectOption ConnectOptionFor(const ScanArguments& arguments, const std::string
 service::UpdateScanOption ScanOptionFor(const ScanArguments& arguments, const std::string& password,
                                         const std::shared_ptr<RunContext>& run) {
     service::UpdateScanOption option;
+    option.bay_id = arguments.bay;
     option.is_zelvar = arguments.is_zelvar;
     option.is_cfc_system = arguments.is_cfc_system;
     option.is_csp_system = arguments.is_csp_system;

@@ -25,7 +25,11 @@ void TarselCommandTestBase::StartBmc(simulators::BmcOptions options) {
 }
 
 std::string TarselCommandTestBase::Target() const {
-    return std::string(kUser) + "@127.0.0.1:" + std::to_string(bmc_->Port());
+    return std::string(kUser) + "@127.0.0.1:" + Port();
+}
+
+std::string TarselCommandTestBase::Port() const {
+    return std::to_string(bmc_->Port());
 }
 
 std::string TarselCommandTestBase::Output(const std::string& file) const {
@@ -44,18 +48,29 @@ test_support::ChildSetup TarselCommandTestBase::Command(const Arguments& argumen
     return setup;
 }
 
-test_support::ChildSetup TarselCommandTestBase::UntrustingScan(const Arguments& more) const {
-    Arguments arguments = {"scan", "--bmc", Target(), "--output", folder_.Path("out")};
+test_support::ChildSetup TarselCommandTestBase::UntrustingScanOf(const Arguments& target,
+                                                                 const Arguments& more) const {
+    Arguments arguments = {"scan", "--output", folder_.Path("out")};
+    arguments.insert(arguments.end(), target.begin(), target.end());
     arguments.insert(arguments.end(), more.begin(), more.end());
     test_support::ChildSetup setup = Command(arguments);
     setup.environment["TARSEL_PASSWORD"] = kPassword;
     return setup;
 }
 
-test_support::ChildSetup TarselCommandTestBase::Scan(const Arguments& more) const {
+test_support::ChildSetup TarselCommandTestBase::ScanOf(const Arguments& target,
+                                                       const Arguments& more) const {
     Arguments arguments = {"--pin", bmc_->Fingerprint()};
     arguments.insert(arguments.end(), more.begin(), more.end());
-    return UntrustingScan(arguments);
+    return UntrustingScanOf(target, arguments);
+}
+
+test_support::ChildSetup TarselCommandTestBase::UntrustingScan(const Arguments& more) const {
+    return UntrustingScanOf({"--bmc", Target()}, more);
+}
+
+test_support::ChildSetup TarselCommandTestBase::Scan(const Arguments& more) const {
+    return ScanOf({"--bmc", Target()}, more);
 }
 
 Ended TarselCommandTestBase::Run(const test_support::ChildSetup& setup) {

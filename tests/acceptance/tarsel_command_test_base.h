@@ -34,12 +34,18 @@ class TarselCommandTestBase : public testing::Test {
     void StartBmc(simulators::BmcOptions options = Bmc());
 
     [[nodiscard]] std::string Target() const;  ///< USER@HOST:PORT
+    [[nodiscard]] std::string Port() const;
     [[nodiscard]] std::string Output(const std::string& file) const;
 
     /// "scan --bmc TARGET --output FOLDER" and more; nothing about trust.
     [[nodiscard]] test_support::ChildSetup UntrustingScan(const Arguments& more = {}) const;
     /// The same with the BMC's fingerprint and with the password in the environment.
     [[nodiscard]] test_support::ChildSetup Scan(const Arguments& more = {}) const;
+    /// The two for another target than a BMC: "scan TARGET --output FOLDER" and more.
+    [[nodiscard]] test_support::ChildSetup UntrustingScanOf(const Arguments& target,
+                                                            const Arguments& more = {}) const;
+    [[nodiscard]] test_support::ChildSetup ScanOf(const Arguments& target,
+                                                  const Arguments& more = {}) const;
     /// The bare command with a minimal environment.
     [[nodiscard]] test_support::ChildSetup Command(const Arguments& arguments) const;
 

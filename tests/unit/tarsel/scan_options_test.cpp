@@ -99,5 +99,62 @@ TEST(ScanOptionsTest, FactsAloneNeedNoInventory) {
     EXPECT_TRUE(OptionFor(arguments).connect_option.facts_only);
 }
 
+struct ModeCase {
+    TargetKind kind;
+    int mode;
+};
+class ScanOptionsModeTest : public testing::TestWithParam<ModeCase> {};
+
+TEST_P(ScanOptionsModeTest, FollowsFromTheKindOfTarget) {
+    ScanArguments arguments;
+    arguments.kind = GetParam().kind;
+    EXPECT_EQ(OptionFor(arguments).connect_option.connect_mode, GetParam().mode);
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, ScanOptionsModeTest,
+                         testing::Values(ModeCase{TargetKind::kBmc, 2},
+                                         ModeCase{TargetKind::kChassis, 3},
+                                         ModeCase{TargetKind::kHypervisor, 4},
+                                         ModeCase{TargetKind::kIoSwitch, 5},
+                                         ModeCase{TargetKind::kEnclosure, 8}));
+
+TEST(ScanOptionsTest, BayIsHandedOn) {
+    ScanArguments arguments;
+    arguments.bay = 12;
+    EXPECT_EQ(OptionFor(arguments).bay_id, 12);
+}
+
+TEST(ScanOptionsTest, CimOptionsAreHandedOn) {
+    ScanArguments arguments;
+    arguments.cim_port = 15989;
+    arguments.is_cim_http = true;
+    arguments.cim_namespace = "root/example";
+    const auto connect = OptionFor(arguments).connect_option;
+    EXPECT_EQ(connect.cim_port, 15989);
+    EXPECT_TRUE(connect.cim_plain_http);
+    EXPECT_EQ(connect.cim_namespace, "root/example");
+}
+
+TEST(ScanOptionsTest, IpmiOptionsAreHandedOn) {
+    ScanArguments arguments;
+    arguments.ipmi_port = 1623;
+    arguments.ipmi_cipher = 3;
+    arguments.ipmi_interval_seconds = 2;
+    const auto connect = OptionFor(arguments).connect_option;
+    EXPECT_EQ(connect.ipmi_port, 1623);
+    EXPECT_EQ(connect.ipmi_cipher, 3);
+    EXPECT_EQ(connect.ipmi_interval_ms, 2000);
+}
+
+TEST(ScanOptionsTest, ProtocolsAreLeftToThemselvesByDefault) {
+    const auto connect = OptionFor(ScanArguments()).connect_option;
+    EXPECT_EQ(connect.cim_port, 0);
+    EXPECT_FALSE(connect.cim_plain_http);
+    EXPECT_EQ(connect.cim_namespace, "");
+    EXPECT_EQ(connect.ipmi_port, 0);
+    EXPECT_EQ(connect.ipmi_cipher, 0);
+    EXPECT_EQ(connect.ipmi_interval_ms, 1000);
+}
+
 }  // namespace
 }  // namespace tarsel

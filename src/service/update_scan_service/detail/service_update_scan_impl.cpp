@@ -7,6 +7,10 @@
 #include "platform/log/log.h"
 #include "platform/progress/progress.h"
 #include "service/update_scan_service/detail/bmc_out_of_band_scan.h"
+#include "service/update_scan_service/detail/chassis_scan.h"
+#include "service/update_scan_service/detail/enclosure_scan.h"
+#include "service/update_scan_service/detail/hypervisor_scan.h"
+#include "service/update_scan_service/detail/io_switch_scan.h"
 #include "service/update_scan_service/detail/result_cleanup.h"
 #include "service/update_scan_service/detail/scan_trace.h"
 #include "service/update_scan_service/update_scan_report.h"
@@ -25,16 +29,17 @@ struct ScanPathOfMode {
 };
 
 constexpr ScanPathOfMode kScanPaths[] = {
-    {kConnectModeOobBmc, BmcOutOfBandScan},
-    {kConnectModeOobBmcSecond, BmcOutOfBandScan},
-    {kConnectModeOobBmcThird, BmcOutOfBandScan},
+    {kConnectModeOobBmc, BmcOutOfBandScan},       {kConnectModeChassis, ChassisScan},
+    {kConnectModeEsxi, HypervisorScan},           {kConnectModeIoSwitch, IoSwitchScan},
+    {kConnectModeOobBmcSecond, BmcOutOfBandScan}, {kConnectModeOobBmcThird, BmcOutOfBandScan},
+    {kConnectModeEnclosure, EnclosureScan},  // one row a mode
 };
 
 // Modes with a path of their own that is not built yet. They answer like modes without a path
 // (0, 10, 12, 14 and all beyond 16), but say so in the log.
 constexpr int kModesNotBuiltYet[] = {
-    kConnectModeInbandBmc, kConnectModeChassis,     kConnectModeEsxi,     kConnectModeIoSwitch,
-    kConnectModeEnclosure, kConnectModeAmd,         kConnectModeRemoteOs, kConnectModeAmdSecond,
+    kConnectModeInbandBmc,  // one row a mode
+    kConnectModeAmd,       kConnectModeRemoteOs,    kConnectModeAmdSecond,
     kConnectModeAmdThird,  kConnectModeInbandLocal,
 };
 

@@ -240,7 +240,7 @@ TEST_F(HypervisorScanTest, UserIsToldOfEveryWait) {
     EXPECT_CALL(platform_, SleepMilliseconds(60000)).Times(3);
     EXPECT_EQ(Scan().code, TIMEOUT);
     ASSERT_EQ(activities.size(), 3u);
-    EXPECT_EQ(activities[2], "no operating system information yet, waiting 60 seconds (3 of 3)");
+    EXPECT_EQ(activities[2], "no answer about the system, waiting 60 seconds (3 of 3)");
 }
 
 TEST_F(HypervisorScanTest, WhoAskedToStopIsNotKeptWaiting) {
