@@ -114,7 +114,8 @@ void AddConnectionOptions(CLI::App& scan, ScanArguments& arguments) {
                   "Honour http_proxy and its kin")
         ->excludes(proxy);
     scan.add_option("--auth", arguments.auth,
-                    "Login method over Redfish; auto is a session, or Basic where the service has no sessions")
+                    "Login method over Redfish; auto is a session, or Basic where the service has "
+                    "no sessions")
         ->check(CLI::IsMember({"auto", "session", "basic"}))
         ->capture_default_str();
 }

@@ -181,7 +181,7 @@ void ScanRun::Scan(const std::string& password) {
     // With -v the log itself shows the progress; two writers would garble the terminal.
     const bool has_bar =
         !arguments_.is_quiet && arguments_.verbosity == 0 && IsErrorOutputInteractive();
-    TerminalProgressBar bar(std::cerr, has_bar);
+    TerminalProgressBar bar(std::cerr, has_bar, [] { return Interruption::Signal() != 0; });
     run_->on_activity = [&bar](const std::string& text) { bar.ShowActivity(text); };
     started_ = SystemClock::now();
     Log(3, kSource, __LINE__).Stream() << "tarsel " << TarselVersion() << " scan of " << target_

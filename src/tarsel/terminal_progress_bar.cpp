@@ -1,5 +1,7 @@
 #include "tarsel/terminal_progress_bar.h"
 
+#include <utility>
+
 #include "tarsel/terminal.h"
 
 namespace tarsel {
@@ -11,11 +13,13 @@ constexpr milliseconds kTick(500);
 constexpr milliseconds kShortestGap(100);  // between two drawings for an activity
 constexpr int kTenthsPerSecond = 10;
 constexpr const char* kWipe = "\r\x1B[K";
+constexpr const char* kStopping = "interrupted, ending; once more ends at once";
 
 }  // namespace
 
-TerminalProgressBar::TerminalProgressBar(std::ostream& out, bool is_active)
-    : out_(out), is_active_(is_active) {
+TerminalProgressBar::TerminalProgressBar(std::ostream& out, bool is_active,
+                                         std::function<bool()> is_stopping)
+    : out_(out), is_active_(is_active), is_stopping_(std::move(is_stopping)) {
     if (is_active_) drawer_ = std::thread([this] { DrawRegularly(); });
 }
 
@@ -85,6 +89,7 @@ void TerminalProgressBar::Draw() {
     const auto elapsed =
         std::chrono::duration_cast<std::chrono::seconds>(last_draw_ - stage_begin_);
     state_.elapsed_seconds = static_cast<int>(elapsed.count());
+    if (is_stopping_ && is_stopping_()) state_.activity = kStopping;
     out_ << kWipe << ProgressLine(state_, TerminalColumns()) << std::flush;
     is_drawn_ = true;
 }

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <ostream>
 #include <string>
@@ -17,8 +18,10 @@ namespace tarsel {
 /// its own keeps the elapsed time moving; the line is wiped when the stage ends or the bar dies.
 class TerminalProgressBar : public DynamicProgressBar {
   public:
-    /// `out` must outlive the bar.
-    TerminalProgressBar(std::ostream& out, bool is_active);
+    /// `out` must outlive the bar. `is_stopping` says whether the user has asked for the end, which
+    /// a long wait may put off: the line then tells that instead of what is waited for. It is asked
+    /// from another thread and may be empty.
+    TerminalProgressBar(std::ostream& out, bool is_active, std::function<bool()> is_stopping = {});
     ~TerminalProgressBar() override;
     TerminalProgressBar(const TerminalProgressBar&) = delete;
     TerminalProgressBar& operator=(const TerminalProgressBar&) = delete;
@@ -44,6 +47,7 @@ class TerminalProgressBar : public DynamicProgressBar {
 
     std::ostream& out_;
     const bool is_active_;
+    const std::function<bool()> is_stopping_;
     std::mutex mutex_;
     std::condition_variable wake_;
     std::thread drawer_;

@@ -107,5 +107,30 @@ TEST(TerminalProgressBarTest, NewStageForgetsTheFormerOne) {
     EXPECT_THAT(drawn, EndsWith(std::string(kWipe) + "Second... 0 s" + kWipe));
 }
 
+TEST(TerminalProgressBarTest, WaitThatPutsOffTheEndIsNotTheLastWord) {
+    std::ostringstream out;
+    {
+        TerminalProgressBar bar(out, true, [] { return true; });
+        bar.SetStageCount(1);
+        bar.SetStage(0, "Scanning...");
+        bar.ShowActivity("waiting 60 seconds");
+        bar.SetTimerInterval(0);
+    }
+    EXPECT_THAT(out.str(), HasSubstr("interrupted, ending"));
+    EXPECT_THAT(out.str(), testing::Not(HasSubstr("waiting 60 seconds")));
+}
+
+TEST(TerminalProgressBarTest, WaitGoesOnWhileNobodyAsksForTheEnd) {
+    std::ostringstream out;
+    {
+        TerminalProgressBar bar(out, true, [] { return false; });
+        bar.SetStageCount(1);
+        bar.SetStage(0, "Scanning...");
+        bar.ShowActivity("waiting 60 seconds");
+        bar.SetTimerInterval(0);
+    }
+    EXPECT_THAT(out.str(), HasSubstr("waiting 60 seconds"));
+}
+
 }  // namespace
 }  // namespace tarsel

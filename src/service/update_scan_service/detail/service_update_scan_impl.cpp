@@ -32,15 +32,14 @@ constexpr ScanPathOfMode kScanPaths[] = {
     {kConnectModeOobBmc, BmcOutOfBandScan},       {kConnectModeChassis, ChassisScan},
     {kConnectModeEsxi, HypervisorScan},           {kConnectModeIoSwitch, IoSwitchScan},
     {kConnectModeOobBmcSecond, BmcOutOfBandScan}, {kConnectModeOobBmcThird, BmcOutOfBandScan},
-    {kConnectModeEnclosure, EnclosureScan},  // one row a mode
+    {kConnectModeEnclosure, EnclosureScan},
 };
 
 // Modes with a path of their own that is not built yet. They answer like modes without a path
 // (0, 10, 12, 14 and all beyond 16), but say so in the log.
 constexpr int kModesNotBuiltYet[] = {
-    kConnectModeInbandBmc,  // one row a mode
-    kConnectModeAmd,       kConnectModeRemoteOs,    kConnectModeAmdSecond,
-    kConnectModeAmdThird,  kConnectModeInbandLocal,
+    kConnectModeInbandBmc, kConnectModeAmd,      kConnectModeRemoteOs,
+    kConnectModeAmdSecond, kConnectModeAmdThird, kConnectModeInbandLocal,
 };
 
 ScanPath FindScanPath(int connect_mode) {
