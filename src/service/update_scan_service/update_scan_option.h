@@ -22,7 +22,7 @@ struct UpdateScanOption {
     bool report_check_device = false;  ///< the check-device flag of the report
     std::string output_dir;            ///< passed on to the remote command factory
     std::string package_dir;           ///< passed on to the remote command factory
-    std::string remote_command;        ///< command line that a remote target runs
+    std::string remote_command;        ///< run by a remote target; logged on failure: no secrets
     std::string inband_argument;       ///< carried for the in-band scan
     std::string scan_type;             ///< "fw" firmware only, "dd" drivers only, else both
     Vantix::VantixConnection::ConnectOption connect_option;  ///< its connect_mode selects the scan

@@ -72,6 +72,7 @@ class AmdPlatform {
         TarselResult connected = GetRESTConnectionList(option_.connect_option, connections);
         if (connected == NO_AVAILABLE_USER_ID) return connected;
         if (connected.IsSucceed() && !connections.empty()) ReadOverRedfish(connections.front());
+        connections.clear();  // ends the session: the host's own devices take their time
         NormalizeVersions(firmware_, option_.is_cfc_system, option_.is_csp_system);
         // Both flags together, not either of them, leave the host's own devices out.
         if (option_.is_cfc_system && option_.is_csp_system) return connected;

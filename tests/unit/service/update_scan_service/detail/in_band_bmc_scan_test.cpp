@@ -1,19 +1,16 @@
 #include "service/update_scan_service/detail/in_band_bmc_scan.h"
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "doubles/progress_bar_mock.h"
-#include "support/bmc_scan_test_base.h"
+#include "support/in_band_bmc_scan_test_base.h"
 
 namespace service::detail {
 namespace {
 
-using support::ADriver;
 using support::AnIdentity;
 using support::HasUser;
-using support::IsConnection;
 using testing::_;
 using testing::DoAll;
 using testing::ElementsAre;
@@ -21,71 +18,7 @@ using testing::IsEmpty;
 using testing::Return;
 using testing::SetArgReferee;
 
-class InBandBmcScanTest : public support::BmcScanTestBase {
-  protected:
-    TarselResult Scan() { return InBandBmcScan(option_, report_, progress_bar_); }
-
-    void ClockShows(std::int64_t seconds) {
-        EXPECT_CALL(platform_, MonotonicSeconds()).WillOnce(Return(seconds)).RetiresOnSaturation();
-    }
-    void OsInfoIs(int code) {
-        EXPECT_CALL(platform_, GetOSInfo(_, _))
-            .WillOnce(DoAll(SetArgReferee<0>(std::make_pair("rhel9", "x86_64")),
-                            SetArgReferee<1>("4"), Return(code)));
-    }
-    /// The system information is acquired over Redfish (or CIM, when Redfish is not supported).
-    void SystemInfoIs(const std::string& bmc_type, bool redfish_supported) {
-        ClockShows(100);
-        OsInfoIs(0);
-        ClockShows(100);
-        SystemCheckIsMade();
-        RestFetchGives(ok_, {rest_});
-        RedfishIsSupported(redfish_supported);
-        if (!redfish_supported) CimFetchGives(ok_, {cim_});
-        MachineTypeIs(redfish_supported ? rest_ : cim_, 0, "MT-1", "SN-1");
-        BmcTypeIs(redfish_supported ? rest_ : cim_, bmc_type);
-    }
-    void LegacyCheckAnswers(int answer) {
-        SystemCheckIsMade();
-        LegacyListAnswers("MT-1", answer);
-    }
-    void EstimateAfter(std::int64_t seconds_spent) {
-        ClockShows(100 + seconds_spent);
-        EXPECT_CALL(platform_, GetScanInbandTimeEstimation("MT-1-x86_64", "rhel9", seconds_spent))
-            .WillOnce(Return(120));
-    }
-    void ReachInventory(const std::string& bmc_type, bool redfish_supported) {
-        SystemInfoIs(bmc_type, redfish_supported);
-        LegacyCheckAnswers(0);
-        EstimateAfter(7);
-    }
-
-    void DriversAre(int code, const std::vector<Vantix::DriverData>& drivers) {
-        EXPECT_CALL(platform_, GetDriverData(IsEmpty()))
-            .WillOnce(DoAll(SetArgReferee<0>(drivers), Return(code)));
-    }
-    /// Another controller than Tavro: its one CIM connection is read.
-    void CimFirmwareIs(const Identities& identities) {
-        CimFetchGives(ok_, {cim_});
-        InventoryGives(cim_, 0, identities);
-    }
-    void DisksAre(int code, const Identities& disks) {
-        EXPECT_CALL(platform_, GetDiskDriverSoftwareIdentity(IsEmpty()))
-            .WillOnce(DoAll(SetArgReferee<0>(disks), Return(code)));
-    }
-
-    std::vector<std::string> Names() const {
-        std::vector<std::string> names;
-        for (const UpdateScanItem& item : report_.GetScanResults()) names.push_back(item.name);
-        return names;
-    }
-
-    // Everything is scripted in the order in which it must happen.
-    const testing::InSequence in_sequence_;
-    const Identities uefi_ = {AnIdentity().Name("UEFI").SoftwareId("UEFI").Version("1")};
-    const std::vector<Vantix::DriverData> driver_ = {ADriver().Identifier("driver")};
-    DynamicProgressBar* progress_bar_ = nullptr;
-};
+using InBandBmcScanTest = support::InBandBmcScanTestBase;
 
 // ---- facts
 
@@ -289,133 +222,6 @@ TEST_F(InBandBmcScanTest, CountLeavesOutWhatTheReportHeldBefore) {
     EXPECT_EQ(Scan().code, 0);
     EXPECT_EQ(report_.GetScanCount(), 2);
     EXPECT_EQ(report_.GetScanResults().size(), 3u);
-}
-
-// ---- precedence of failures
-
-TEST_F(InBandBmcScanTest, DriverFailureOutranksTheOthersAndTheReportIsFilledAllTheSame) {
-    ReachInventory("Ossa", false);
-    DriversAre(TIMEOUT, driver_);
-    CimFetchGives(TarselResult(CONNECTION_FAILED, ""), {});
-    DisksAre(UPLOAD_FAILED, {AnIdentity().Name("disk")});
-    const TarselResult result = Scan();
-    EXPECT_EQ(result.code, TIMEOUT);
-    EXPECT_EQ(result.message, "Timeout.");
-    EXPECT_THAT(Names(), ElementsAre("driver"));
-    EXPECT_EQ(report_.GetMT(), "MT-1");
-    EXPECT_EQ(report_.GetScanCount(), 1);
-}
-
-TEST_F(InBandBmcScanTest, FirmwareFailureOutranksThatOfTheDisks) {
-    ReachInventory("Ossa", false);
-    DriversAre(0, driver_);
-    CimFetchGives(TarselResult(CONNECTION_FAILED, ""), {});
-    DisksAre(UPLOAD_FAILED, {});
-    EXPECT_EQ(Scan().code, 1747);
-}
-
-TEST_F(InBandBmcScanTest, DiskFailureIsTheResultWhenAllElseWorked) {
-    ReachInventory("Ossa", false);
-    DriversAre(0, driver_);
-    CimFirmwareIs(uefi_);
-    DisksAre(TIMEOUT, {AnIdentity().Name("disk")});
-    const TarselResult result = Scan();
-    EXPECT_EQ(result.code, TIMEOUT);
-    EXPECT_EQ(result.message, "Timeout.");
-    EXPECT_THAT(Names(), ElementsAre("UEFI", "driver"));
-}
-
-TEST_F(InBandBmcScanTest, ModuleNumberAloneCountsAsADriverFailureHere) {
-    ReachInventory("Ossa", false);
-    DriversAre(0x10000, driver_);
-    CimFetchGives(TarselResult(CONNECTION_FAILED, ""), {});
-    DisksAre(0, {});
-    const TarselResult result = Scan();
-    EXPECT_EQ(result.code, 0x10000);
-    EXPECT_TRUE(result.IsSucceed());
-}
-
-// ---- disks
-
-TEST_F(InBandBmcScanTest, DiskThatTheControllerReportedIsDropped) {
-    ReachInventory("Ossa", false);
-    DriversAre(0, {});
-    CimFirmwareIs({AnIdentity().Name("drive").SerialNumber("ABC123")});
-    DisksAre(0, {AnIdentity().Name("disk").SerialNumber("  ABC123-01")});
-    EXPECT_EQ(Scan().code, 0);
-    EXPECT_THAT(Names(), ElementsAre("drive"));
-    EXPECT_EQ(log_.Texts(4)[0], "Remove DUP HDD :disk,sn=  ABC123-01");
-    EXPECT_EQ(report_.GetScanCount(), 1);
-}
-
-TEST_F(InBandBmcScanTest, SerialNumbersAreComparedWithTheirCaseAndInOneDirection) {
-    ReachInventory("Ossa", false);
-    DriversAre(0, {});
-    CimFirmwareIs({AnIdentity().Name("drive").SerialNumber("ABC123")});
-    DisksAre(0, {AnIdentity().Name("lower").SerialNumber("abc123"),
-                 AnIdentity().Name("part").SerialNumber("ABC")});
-    EXPECT_EQ(Scan().code, 0);
-    EXPECT_THAT(Names(), ElementsAre("drive", "lower", "part"));
-}
-
-TEST_F(InBandBmcScanTest, EmptySerialNumberOfTheControllerDropsNothing) {
-    ReachInventory("Ossa", false);
-    DriversAre(0, {});
-    CimFirmwareIs({AnIdentity().Name("drive")});
-    DisksAre(0, {AnIdentity().Name("disk").SerialNumber("S1"), AnIdentity().Name("nameless")});
-    EXPECT_EQ(Scan().code, 0);
-    EXPECT_THAT(Names(), ElementsAre("drive", "disk", "nameless"));
-    EXPECT_EQ(log_.Texts(4)[0], "Keep HDD :disk,sn=S1");
-    EXPECT_EQ(log_.Texts(4)[1], "Keep HDD :nameless,sn=");
-}
-
-TEST_F(InBandBmcScanTest, KeptDiskCountsAsKnownForTheNext) {
-    ReachInventory("Ossa", false);
-    DriversAre(0, {});
-    CimFirmwareIs(uefi_);
-    DisksAre(0, {AnIdentity().Name("disk").SerialNumber("S1"),
-                 AnIdentity().Name("same again").SerialNumber("S1")});
-    EXPECT_EQ(Scan().code, 0);
-    EXPECT_THAT(Names(), ElementsAre("UEFI", "disk"));
-}
-
-TEST_F(InBandBmcScanTest, DiskKeepsItsIdentifierWithoutRedfish) {
-    ReachInventory("Ossa", false);
-    DriversAre(0, {});
-    CimFirmwareIs(uefi_);
-    DisksAre(0, {AnIdentity().Name("disk").SoftwareId("own").PartNumber("part")});
-    EXPECT_EQ(Scan().code, 0);
-    EXPECT_EQ(report_.GetScanResults().at(1).softwareId, "own");
-    EXPECT_FALSE(log_.Has(4, "part number :"));
-}
-
-TEST_F(InBandBmcScanTest, PartNumberReplacesTheIdentifierWithRedfishEvenWhenEmpty) {
-    ReachInventory("Ossa", true);  // another controller: its firmware still comes over CIM
-    DriversAre(0, {});
-    CimFirmwareIs(uefi_);
-    DisksAre(0, {AnIdentity().Name("disk").SoftwareId("own").PartNumber("part"),
-                 AnIdentity().Name("other").SoftwareId("own")});
-    EXPECT_EQ(Scan().code, 0);
-    EXPECT_EQ(report_.GetScanResults().at(1).softwareId, "part");
-    EXPECT_EQ(report_.GetScanResults().at(2).softwareId, "");
-    EXPECT_THAT(log_.Texts(4), testing::IsSupersetOf({"part number :part", "part number :"}));
-}
-
-TEST_F(InBandBmcScanTest, DisksAreReadWhenRedfishNamedNothingThoughCimDid) {
-    ReachInventory("Tavro", true);
-    DriversAre(0, {});
-    EXPECT_CALL(platform_, GetRESTConnection(_, _))
-        .WillOnce(DoAll(SetArgReferee<1>(rest_), Return(ok_)));
-    SystemCheckIsMade();
-    RedfishIsSupported(true);
-    ReleaseNameIs("");
-    InventoryGives(rest_, 0, {});
-    IsTavroV3(false);
-    CimFetchGives(ok_, {cim_});
-    InventoryGives(cim_, 0, uefi_);
-    DisksAre(0, {AnIdentity().Name("disk")});
-    EXPECT_EQ(Scan().code, 0);
-    EXPECT_THAT(Names(), ElementsAre("UEFI", "disk"));
 }
 
 }  // namespace
