@@ -5,6 +5,7 @@
 #include <set>
 #include <utility>
 
+#include "platform/redfish/slot_rules.h"
 #include "platform/redfish/text_rules.h"
 
 namespace Vantix::cim {
@@ -75,6 +76,16 @@ std::string FlagOf(const CimInstance& instance) {
     const std::string text = redfish::Lower(instance.Text("IsPLDMUpdateSupported"));
     if (text == "true" || text == "1") return "1";
     return text == "false" || text == "0" ? "0" : "";
+}
+
+// An adapter that names its slot without the slot's kind stands in an expansion slot.
+std::int32_t SlotTypeOf(const CimInstance& instance) {
+    const std::string text = instance.Text("SlotType");
+    std::int32_t type = redfish::kSlotOnBoard;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), type);
+    if (result.ec == std::errc()) return type;
+    const bool has_slot = !instance.Text("AssociatedAdapterSlot").empty();
+    return has_slot ? redfish::kSlotPcie : redfish::kSlotOnBoard;
 }
 
 bool SaysNotInstalled(const CimInstance& instance) {
@@ -148,8 +159,7 @@ SoftwareIdentity_ ReadSoftwareIdentity(const CimInstance& instance) {
     identity.SoftwareID = SoftwareIdOf(instance);
     identity.ReleaseDate = DateOf(instance.Text("ReleaseDate"));
     identity.IsPLDMUpdateSupported = FlagOf(instance);
-    const std::string slot_type = instance.Text("SlotType");
-    std::from_chars(slot_type.data(), slot_type.data() + slot_type.size(), identity.SlotType);
+    identity.SlotType = SlotTypeOf(instance);
     return identity;
 }
 

@@ -141,6 +141,15 @@ TEST(CimSoftwareReaderTest, SlotTypeIsANumberOrZero) {
     EXPECT_EQ(ReadSoftwareIdentity(AnInstance("EX", "k").With("SlotType", "x")).SlotType, 0);
 }
 
+TEST(CimSoftwareReaderTest, SlotWithoutKindIsAnExpansionSlot) {
+    EXPECT_EQ(
+        ReadSoftwareIdentity(AnInstance("EX", "k").With("AssociatedAdapterSlot", "4")).SlotType, 7);
+    EXPECT_EQ(ReadSoftwareIdentity(
+                  AnInstance("EX", "k").With("AssociatedAdapterSlot", "4").With("SlotType", "9"))
+                  .SlotType,
+              9);
+}
+
 TEST(CimSoftwareReaderTest, DateIsCutToTheDay) {
     EXPECT_EQ(DateOf("20240131120000.000000+060"), "2024-01-31");
     EXPECT_EQ(DateOf("2024-01-31"), "2024-01-31");
