@@ -9,7 +9,7 @@ import re
 from lint.source import Source
 
 # Platform folders that no layer above the platform may look into.
-PRIVATE_FAMILIES = {"redfish"}
+PRIVATE_FAMILIES = {"redfish", "ipmi"}
 
 _STANDARD = re.compile(r"^[a-z0-9_]+$")
 _SYSTEM = re.compile(

@@ -99,6 +99,22 @@ TEST_F(EnclosureScanTest, OlderServiceGivesPowerSuppliesAndThenTheModulesFirmwar
     EXPECT_EQ(items[3].version, "3.21");
 }
 
+TEST_F(EnclosureScanTest, EmptyBayIsLeftOutAndAVersionThatIsNoneStaysEmpty) {
+    BmcOptions options = OlderModule();
+    const std::string supplies = "/redfish/v1/Chassis/Enclosure/PowerSubsystem/PowerSupplies/";
+    options.replaced_bodies[supplies + "1"] =
+        R"({"Id":"1","Name":"Bay 1","Status":{"State":"Absent"}})";
+    options.replaced_bodies[supplies + "2"] =
+        R"({"Id":"2","Name":"Bay 2","Model":"EX-PSU","FirmwareVersion":"N/A"})";
+    const BmcSimulator module(options);
+    ASSERT_TRUE(Scan(HttpsOption(module)).IsSucceed());
+    const auto items = report_.GetScanResults();
+    ASSERT_EQ(items.size(), 3U);
+    EXPECT_EQ(items[0].softwareId, "EX-PSU");
+    EXPECT_EQ(items[0].version, "");
+    EXPECT_EQ(items[1].version, "7.01");
+}
+
 TEST_F(EnclosureScanTest, HttpsServiceIsReadWithTheLoginInEachRequest) {
     BmcSimulator module(OlderModule());
     ConnectionInfo connection;

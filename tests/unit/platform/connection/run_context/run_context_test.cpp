@@ -115,6 +115,17 @@ TEST(RunContextTest, ActivityWithoutListenerIsIgnored) {
     EXPECT_THAT(RunContext().Sources(), IsEmpty());
 }
 
+TEST(RunContextTest, FindingIsRecalledByItsKey) {
+    RunContext run;
+    run.Remember("cipher", "17");
+    run.Remember("cipher", "3");
+    EXPECT_EQ(run.Recall("cipher"), "3");
+}
+
+TEST(RunContextTest, UnknownFindingIsEmpty) {
+    EXPECT_EQ(RunContext().Recall("cipher"), "");
+}
+
 TEST(RunContextTest, EveryStateHasItsWord) {
     EXPECT_STREQ(SourceStateText(SourceState::kComplete), "complete");
     EXPECT_STREQ(SourceStateText(SourceState::kPartial), "partial");
