@@ -112,7 +112,7 @@ TEST_F(EnclosureScanTest, EmptyBayIsLeftOutAndAVersionThatIsNoneStaysEmpty) {
     ASSERT_EQ(items.size(), 3U);
     EXPECT_EQ(items[0].softwareId, "EX-PSU");
     EXPECT_EQ(items[0].version, "");
-    EXPECT_EQ(items[1].version, "7.01");
+    EXPECT_EQ(items[1].version, "7.03");
 }
 
 TEST_F(EnclosureScanTest, HttpsServiceIsReadWithTheLoginInEachRequest) {
