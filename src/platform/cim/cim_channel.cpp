@@ -182,7 +182,7 @@ TarselResult CimChannel::Remember(const CimFailure& failure) {
     TarselResult result = ResultOfCimFailure(failure, Kind(), CimTargetOf(option_), option_.user);
     if (!result.IsSucceed()) {
         Log(2, kLogSource, __LINE__).Stream() << "CIM failed: " << result;
-        option_.run->RecordFailure(result);
+        option_.run->RecordFailure(result, MayOtherPortsAnswer(failure));
     }
     return result;
 }

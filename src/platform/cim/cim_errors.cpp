@@ -110,4 +110,18 @@ TarselResult ResultOfCimFailure(const CimFailure& failure, CimTargetKind kind,
     return TarselResult(row.code, message + " (" + failure.text + "); " + row.advice + ".");
 }
 
+bool MayOtherPortsAnswer(const CimFailure& failure) {
+    if (failure.problem != CimProblem::kNotReached) return true;
+    switch (failure.transport) {
+        case HttpErrorKind::kBadAddress:
+        case HttpErrorKind::kResolve:
+        case HttpErrorKind::kConnectTimeout:
+        case HttpErrorKind::kDeadline:
+        case HttpErrorKind::kCancelled:
+            return false;
+        default:
+            return true;
+    }
+}
+
 }  // namespace Vantix::cim

@@ -16,4 +16,8 @@ namespace Vantix::cim {
                                               CimTargetKind kind, const std::string& target,
                                               const std::string& user);
 
+/// Whether another service of the same target may well answer: its host was reached, or refused
+/// this one port.
+[[nodiscard]] bool MayOtherPortsAnswer(const transport::CimFailure& failure);
+
 }  // namespace Vantix::cim

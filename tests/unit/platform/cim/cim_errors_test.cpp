@@ -89,5 +89,18 @@ TEST(CimErrorsTest, RefusedLoginNamesAccountAndRole) {
     EXPECT_NE(message.find("role"), std::string::npos);
 }
 
+TEST(CimErrorsTest, OnlyAHostThatWasNotReachedMakesOtherPortsHopeless) {
+    for (const auto kind :
+         {HttpErrorKind::kBadAddress, HttpErrorKind::kResolve, HttpErrorKind::kConnectTimeout,
+          HttpErrorKind::kDeadline, HttpErrorKind::kCancelled}) {
+        EXPECT_FALSE(MayOtherPortsAnswer(Failure(CimProblem::kNotReached, kind)));
+    }
+    for (const auto kind :
+         {HttpErrorKind::kConnect, HttpErrorKind::kReset, HttpErrorKind::kTimeout}) {
+        EXPECT_TRUE(MayOtherPortsAnswer(Failure(CimProblem::kNotReached, kind)));
+    }
+    EXPECT_TRUE(MayOtherPortsAnswer(Failure(CimProblem::kNoService)));
+}
+
 }  // namespace
 }  // namespace Vantix::cim
