@@ -13,7 +13,8 @@ endforeach()
 add_library(header_self_containment OBJECT ${tarsel_header_units})
 target_link_libraries(header_self_containment PRIVATE
     tarsel_headers tarsel_build_settings
-    Boost::filesystem Boost::json CURL::libcurl OpenSSL::SSL CLI11::CLI11 spdlog::spdlog)
+    Boost::filesystem Boost::json CURL::libcurl OpenSSL::SSL CLI11::CLI11 pugixml::pugixml
+    spdlog::spdlog)
 # Only the front end is asked: nothing of these units is ever linked.
 if(NOT MSVC)
     target_compile_options(header_self_containment PRIVATE -O0 -g0 -fno-sanitize=all)
