@@ -1,4 +1,4 @@
-// A transport and a clock that a test drives by hand: no socket, no waiting.
+// A transport that a test drives by hand: no socket, no waiting.
 #pragma once
 
 #include <algorithm>
@@ -8,22 +8,10 @@
 #include <utility>
 #include <vector>
 
+#include "support/fake_clock.h"
 #include "transport/http/http_transport.h"
 
 namespace Vantix::transport {
-
-class FakeClock : public Clock {
-  public:
-    [[nodiscard]] TimePoint Now() const override { return now_; }
-    void Wait(Milliseconds duration) override { Advance(duration); }
-    void Advance(Milliseconds duration) { now_ += duration; }
-    [[nodiscard]] Milliseconds Since(TimePoint start) const {
-        return std::chrono::duration_cast<Milliseconds>(now_ - start);
-    }
-
-  private:
-    TimePoint now_ = TimePoint() + std::chrono::hours(1);
-};
 
 /// Notes what is sent and answers what `answer` tells; a request without an answer stays in flight
 /// and lets the clock run on.
