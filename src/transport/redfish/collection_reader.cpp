@@ -153,9 +153,11 @@ void Reading::TakeMember(boost::json::value& member) {
         slots_[*slot].body = std::move(*object);
         slots_[*slot].is_read = true;
         ++read_;
-    } else {
-        GetMember(*slot);
+        return;
     }
+    // What came inline is kept for the case that the member cannot be read singly.
+    if (object != nullptr && object->contains("Id")) slots_[*slot].body = std::move(*object);
+    GetMember(*slot);
 }
 
 bool Reading::IsComplete(const boost::json::object& member) const {
@@ -195,6 +197,7 @@ void Reading::GetMember(std::size_t slot) {
             self->answer_.issues.push_back(answer.failure.text +
                                            (licence ? " (needs a licence)" : ""));
             ++self->answer_.failed_members;
+            self->slots_[slot].is_read = !self->slots_[slot].body.empty();
         }
         if (!answer.warning.empty()) self->answer_.issues.push_back(answer.warning);
         if (self->options_.on_progress) {

@@ -148,7 +148,8 @@ RedfishAnswer RedfishService::LogInAt(const std::string& path) {
 RedfishFailure RedfishService::LogInWithBasic() {
     session_.UseBasic();
     std::vector<std::string> paths;
-    for (const char* name : {"SessionService", "Managers", "Systems", "Chassis"}) {
+    // Some services show the session service to everybody: it comes last.
+    for (const char* name : {"Systems", "Managers", "Chassis", "SessionService"}) {
         std::string path = LinkPath(Link(root_, name));
         if (!path.empty()) paths.push_back(std::move(path));
     }

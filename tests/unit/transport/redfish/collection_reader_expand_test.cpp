@@ -10,8 +10,7 @@ using ::testing::SizeIs;
 
 using CollectionReaderExpandTest = CollectionReaderTest;
 
-// ---- taking them
-// ----------------------------------------------------------------------------------
+// ---- taking them ---------------------------------------------------------------------------
 
 TEST_F(CollectionReaderExpandTest, CompleteInlineMembersNeedNoOtherRequest) {
     OpenWith(kExpand);
@@ -36,6 +35,16 @@ TEST_F(CollectionReaderExpandTest, IncompleteInlineMembersAreReadSingly) {
     const CollectionAnswer answer = Read();
     EXPECT_THAT(Paths(answer), ElementsAre("/c/1", "/c/2", "/c/3"));
     EXPECT_TRUE(answer.members[2].body.contains("Name"));
+}
+
+TEST_F(CollectionReaderExpandTest, WhatCameInlineIsKeptWhenTheMemberCannotBeReadSingly) {
+    OpenWith(kExpand);
+    options_.required_fields = {"Id", "Name", "Version"};
+    peer_.On(kExpanded, Json(Inline({R"({"@odata.id":"/c/1","Id":"1","Version":"3"})"})));
+    peer_.On("GET /c/1", Status(404));
+    const CollectionAnswer answer = Read();
+    EXPECT_THAT(Paths(answer), ElementsAre("/c/1"));
+    EXPECT_EQ(answer.failed_members, 1);
 }
 
 TEST_F(CollectionReaderExpandTest, IgnoredExpandIsReadSingly) {

@@ -21,7 +21,7 @@ constexpr const char* kRoot = R"({"Id":"RootService","Links":{"Sessions":)"
 constexpr const char* kRootLinkedElsewhere =
     R"({"Id":"RootService","Links":{"Sessions":{"@odata.id":"/other/Sessions"}},)"
     R"("Managers":{"@odata.id":"/redfish/v1/Managers"}})";
-constexpr const char* kProbe = "GET /redfish/v1/SessionService";
+constexpr const char* kProbe = "GET /redfish/v1/Managers";
 
 class RedfishServiceTest : public ::testing::Test {
   protected:
@@ -220,7 +220,7 @@ TEST_F(RedfishServiceTest, BasicMakesNoSession) {
 TEST_F(RedfishServiceTest, BasicProbeGoesOnWhereTheServiceHasNoSessions) {
     settings_.login = LoginMethod::kBasic;
     peer_.On(kAskRoot, Json(kRoot)).On(kProbe, Status(404));
-    peer_.On("GET /redfish/v1/Managers", Json("{}"));
+    peer_.On("GET /redfish/v1/SessionService", Json("{}"));
     EXPECT_FALSE(Open());
 }
 
