@@ -185,7 +185,7 @@ std::string Sentence(std::string text) {
 
 std::string ApplyTarget(const std::string& bmc, ScanArguments& arguments) {
     const auto parsed = Vantix::VantixConnection::ParseTargetAddress(bmc);
-    if (!parsed.address) return "--bmc: " + parsed.error;
+    if (!parsed.address) return "--bmc: " + parsed.error + ".";
     arguments.host = parsed.address->host;
     arguments.port = parsed.address->port;
     if (parsed.address->user.empty()) return {};

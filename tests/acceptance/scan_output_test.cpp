@@ -74,6 +74,17 @@ TEST_F(ScanOutputTest, ReaderThatWentAwayIsNoError) {
     EXPECT_THAT(Output("Tarsel-update-scan.xml"), HasSubstr("<SOFTWAREID>"));
 }
 
+TEST_F(ScanOutputTest, ClosedStandardOutputIsAFailureAndGetsIntoNoFile) {
+    StartBmc();
+    auto setup = Scan();
+    const Arguments shell = {"/bin/sh", "-c", R"(exec "$@" >&-)", "sh"};
+    setup.arguments.insert(setup.arguments.begin(), shell.begin(), shell.end());
+    const Ended ended = Run(setup);
+    EXPECT_EQ(ended.exit_code, 1);
+    EXPECT_THAT(ended.errors, HasSubstr("The tables cannot be written to the standard output"));
+    EXPECT_THAT(Output("tarsel.log"), Not(HasSubstr("Updatable Unit")));
+}
+
 TEST_F(ScanOutputTest, LocaleChangesNothing) {
     StartBmc();
     const std::string plain = OutputWith({});
