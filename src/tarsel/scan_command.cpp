@@ -239,7 +239,10 @@ void ScanRun::Tell() {
     for (const std::string& notice : run_->Notices()) SayOnce(notice);
     const auto sources = run_->Sources();
     const std::string block = StatusBlock(target_, sources);
-    if (!block.empty()) Log(3, kSource, __LINE__).Stream() << block;
+    // The block sends readers to the log for what it leaves out.
+    if (!block.empty()) {
+        Log(3, kSource, __LINE__).Stream() << StatusBlock(target_, sources, kAllIssues);
+    }
     if (!arguments_.is_quiet) std::cerr << Vantix::MaskSecrets(block) << std::flush;
     if (!result_.IsSucceed()) {
         PrintError(ErrorSentence(result_, target_, arguments_.host, exit_code_));
