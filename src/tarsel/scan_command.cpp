@@ -196,7 +196,7 @@ void ScanRun::SaveScanXml() {
         return;
     }
     if (service::SerializeScanReport::SaveToXml(report_, file) != 0) {
-        Fail("The scan file " + file + " cannot be written; check the free space there.");
+        Fail("The scan file " + file + " cannot be written; check rights and free space there.");
     }
 }
 
@@ -224,7 +224,7 @@ void ScanRun::SaveCommonResult() {
     for (auto& source : summary.sources) source.detail = Vantix::MaskSecrets(source.detail);
     const std::string file = FileIn(arguments_.output_dir, kCommonResultName);
     if (!WriteFileAtomically(file, CommonResultXml(summary))) {
-        Fail("The summary " + file + " cannot be written; check the free space there.");
+        Fail("The summary " + file + " cannot be written; check rights and free space there.");
     }
 }
 
