@@ -27,8 +27,10 @@ TarselResult FetchCIMConnectionList(const ConnectOption& option,
                           " over CIM, the only other way to its BMC; enable Redfish on the BMC and "
                           "scan again";
     if (!before.IsSucceed()) {
-        message += " (over Redfish: " +
-                   (before.message.empty() ? GetResultMessage(before.code) : before.message) + ")";
+        std::string reason =
+            before.message.empty() ? GetResultMessage(before.code) : before.message;
+        if (reason.ends_with('.')) reason.pop_back();
+        message += " (over Redfish: " + reason + ")";
     }
     return TarselResult(CONNECTION_FAILED, message + ".");
 }

@@ -60,9 +60,15 @@ TEST_F(CimConnectionTest, OtherFailureOfTheRedfishLegIsQuoted) {
     EXPECT_THAT(result.message, HasSubstr("(over Redfish: no service there)"));
 }
 
+TEST_F(CimConnectionTest, QuotedSentenceDoesNotEndInTheMiddle) {
+    option_.run->RecordFailure(TarselResult(NO_RESTFUL_SERVICE, "No service there."));
+    EXPECT_THAT(Fetch().message, HasSubstr("(over Redfish: No service there)."));
+}
+
 TEST_F(CimConnectionTest, FailureWithoutWordsIsQuotedByItsRegisteredText) {
     option_.run->RecordFailure(TarselResult(NO_RESTFUL_SERVICE, ""));
-    EXPECT_THAT(Fetch().message, HasSubstr(GetResultMessage(NO_RESTFUL_SERVICE)));
+    const std::string text = GetResultMessage(NO_RESTFUL_SERVICE);
+    EXPECT_THAT(Fetch().message, HasSubstr(text.substr(0, text.find_last_not_of('.') + 1)));
 }
 
 }  // namespace
