@@ -50,7 +50,7 @@ TEST_F(ScanOutputTest, QuietCompleteScanHasNothingElseToSay) {
 
 TEST_F(ScanOutputTest, QuietFailureIsOneSentence) {
     StartBmc();
-    const auto setup = Scan({"--quiet"});
+    const auto setup = Scan({"--quiet", "--deadline", "1"});  // no time for repetitions
     bmc_->Stop();
     const Ended ended = Run(setup);
     EXPECT_THAT(ended.errors, testing::StartsWith("tarsel: "));
