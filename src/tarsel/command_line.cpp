@@ -64,7 +64,7 @@ std::string Sentence(std::string text) {
 
 std::string ApplyAddress(const char* option, const std::string& text, ScanArguments& arguments) {
     const auto parsed = Vantix::VantixConnection::ParseTargetAddress(text);
-    if (!parsed.address) return std::string(option) + ": " + parsed.error;
+    if (!parsed.address) return std::string(option) + ": " + parsed.error + ".";
     arguments.host = parsed.address->host;
     arguments.port = parsed.address->port;
     if (parsed.address->user.empty()) return {};

@@ -48,8 +48,9 @@ PasswordResult FromFile(const std::string& file) {
 PasswordResult FromDescriptor(int descriptor) {
     std::string line;
     const ReadState state = ReadDescriptorLine(descriptor, line);
-    return FromRead(state, std::move(line),
-                    "The password descriptor " + std::to_string(descriptor));
+    const std::string place = "The password descriptor " + std::to_string(descriptor);
+    if (state == ReadState::kMissing) return Error(place + " is not open; check its number.");
+    return FromRead(state, std::move(line), place);
 }
 
 PasswordResult FromStandardInput() {

@@ -30,6 +30,7 @@ int Run(const std::vector<std::string>& arguments) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    tarsel::OccupyStandardDescriptors();
     try {
         return Run(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc));
     } catch (const std::exception& error) {

@@ -217,7 +217,7 @@ void ScanRun::SaveScanXml() {
         return;
     }
     if (service::SerializeScanReport::SaveToXml(report_, file) != 0) {
-        Fail("The scan file " + file + " cannot be written; check the free space there.");
+        Fail("The scan file " + file + " cannot be written; check rights and free space there.");
     }
 }
 
@@ -245,7 +245,7 @@ void ScanRun::SaveCommonResult() {
     for (auto& source : summary.sources) source.detail = Vantix::MaskSecrets(source.detail);
     const std::string file = FileIn(arguments_.output_dir, kCommonResultName);
     if (!WriteFileAtomically(file, CommonResultXml(summary))) {
-        Fail("The summary " + file + " cannot be written; check the free space there.");
+        Fail("The summary " + file + " cannot be written; check rights and free space there.");
     }
 }
 
@@ -262,7 +262,10 @@ void ScanRun::Tell() {
     for (const std::string& notice : run_->Notices()) SayOnce(notice);
     const auto sources = run_->Sources();
     const std::string block = StatusBlock(target_, sources);
-    if (!block.empty()) Log(3, kSource, __LINE__).Stream() << block;
+    // The block sends readers to the log for what it leaves out.
+    if (!block.empty()) {
+        Log(3, kSource, __LINE__).Stream() << StatusBlock(target_, sources, kAllIssues);
+    }
     if (!arguments_.is_quiet) std::cerr << Vantix::MaskSecrets(block) << std::flush;
     if (!result_.IsSucceed()) {
         PrintError(ErrorSentence(TellingResult(result_, run_->LastFailure()), target_,

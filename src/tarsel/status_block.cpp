@@ -9,8 +9,6 @@ using Vantix::VantixConnection::SourceState;
 using Vantix::VantixConnection::SourceStateText;
 using Vantix::VantixConnection::SourceStatus;
 
-constexpr std::size_t kIssuesShown = 3;
-
 std::string Clean(std::string text) {
     std::replace_if(
         text.begin(), text.end(),
@@ -30,9 +28,9 @@ std::string Counts(const SourceStatus& status) {
     return text;
 }
 
-std::string Issues(const SourceStatus& status) {
+std::string Issues(const SourceStatus& status, std::size_t most) {
     std::string text;
-    const std::size_t shown = std::min(kIssuesShown, status.issues.size());
+    const std::size_t shown = std::min(most, status.issues.size());
     for (std::size_t i = 0; i < shown; ++i) text += "    - " + Clean(status.issues[i]) + "\n";
     if (shown < status.issues.size()) {
         text += "    - " + std::to_string(status.issues.size() - shown) + " more, see tarsel.log\n";
@@ -40,14 +38,10 @@ std::string Issues(const SourceStatus& status) {
     return text;
 }
 
-bool IsGap(const SourceStatus& status) {
-    return status.required && status.state != SourceState::kComplete &&
-           status.state != SourceState::kUnsupported;
-}
-
 }  // namespace
 
-std::string StatusBlock(const std::string& target, const std::vector<SourceStatus>& sources) {
+std::string StatusBlock(const std::string& target, const std::vector<SourceStatus>& sources,
+                        std::size_t issues_shown) {
     if (sources.empty()) return {};
     std::size_t width = 0;
     for (const SourceStatus& status : sources) width = std::max(width, status.source.size());
@@ -57,7 +51,7 @@ std::string StatusBlock(const std::string& target, const std::vector<SourceStatu
         block += "  " + Padded(Clean(status.source), width) + "  " +
                  Padded(SourceStateText(status.state), state_width) + "  " + Counts(status);
         if (!status.detail.empty()) block += ": " + Clean(status.detail);
-        block += "\n" + Issues(status);
+        block += "\n" + Issues(status, issues_shown);
     }
     return block;
 }

@@ -50,6 +50,11 @@ bool TakeEnvironmentVariable(const char* name, std::string& value);
 
 enum class WriteState { kOk, kReaderGone, kFailed };
 
+/// Gives the three standard descriptors to nobody where they were closed: the next file or
+/// connection to be opened would take the number, and whatever is printed would go there. Reading
+/// and writing them still fails. To be called before anything is opened.
+void OccupyStandardDescriptors();
+
 /// Writes a whole text to the standard output.
 WriteState WriteStandardOutput(const std::string& text);
 

@@ -172,6 +172,20 @@ bool TakeEnvironmentVariable(const char* name, std::string& value) {
     return !value.empty();
 }
 
+void OccupyStandardDescriptors() {
+    // The wrong direction on purpose: an error is told, nothing is lost in silence.
+    const auto occupy = [](int descriptor, int flags) {
+        if (fcntl(descriptor, F_GETFD) >= 0 || errno != EBADF) return;
+        const int opened = open("/dev/null", flags | O_NOCTTY);
+        if (opened < 0 || opened == descriptor) return;
+        dup2(opened, descriptor);
+        close(opened);
+    };
+    occupy(STDIN_FILENO, O_WRONLY);
+    occupy(STDOUT_FILENO, O_RDONLY);
+    occupy(STDERR_FILENO, O_RDONLY);
+}
+
 WriteState WriteStandardOutput(const std::string& text) {
     if (WriteAll(STDOUT_FILENO, text)) return WriteState::kOk;
     return errno == EPIPE ? WriteState::kReaderGone : WriteState::kFailed;

@@ -73,7 +73,7 @@ TEST_F(ScanOutcomeTest, WrongPasswordIsTriedOnce) {
 
 TEST_F(ScanOutcomeTest, DeadHostIsUnreachable) {
     StartBmc();
-    const auto setup = Scan();
+    const auto setup = Scan({"--deadline", "1"});  // no time for repetitions
     bmc_->Stop();
     const Ended ended = Run(setup);
     EXPECT_EQ(ended.exit_code, 5) << ended.errors;

@@ -50,7 +50,7 @@ TEST_F(ScanOutputTest, QuietCompleteScanHasNothingElseToSay) {
 
 TEST_F(ScanOutputTest, QuietFailureIsOneSentence) {
     StartBmc();
-    const auto setup = Scan({"--quiet"});
+    const auto setup = Scan({"--quiet", "--deadline", "1"});  // no time for repetitions
     bmc_->Stop();
     const Ended ended = Run(setup);
     EXPECT_THAT(ended.errors, testing::StartsWith("tarsel: "));
@@ -72,6 +72,17 @@ TEST_F(ScanOutputTest, ReaderThatWentAwayIsNoError) {
     EXPECT_EQ(ended.exit_code, 0) << ended.errors;
     EXPECT_THAT(ended.errors, Not(HasSubstr("tarsel:")));
     EXPECT_THAT(Output("Tarsel-update-scan.xml"), HasSubstr("<SOFTWAREID>"));
+}
+
+TEST_F(ScanOutputTest, ClosedStandardOutputIsAFailureAndGetsIntoNoFile) {
+    StartBmc();
+    auto setup = Scan();
+    const Arguments shell = {"/bin/sh", "-c", R"(exec "$@" >&-)", "sh"};
+    setup.arguments.insert(setup.arguments.begin(), shell.begin(), shell.end());
+    const Ended ended = Run(setup);
+    EXPECT_EQ(ended.exit_code, 1);
+    EXPECT_THAT(ended.errors, HasSubstr("The tables cannot be written to the standard output"));
+    EXPECT_THAT(Output("tarsel.log"), Not(HasSubstr("Updatable Unit")));
 }
 
 TEST_F(ScanOutputTest, LocaleChangesNothing) {

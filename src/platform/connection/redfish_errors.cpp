@@ -22,8 +22,8 @@ Row RowOfTransport(HttpErrorKind kind) {
             return {CONNECTION_FAILED, "The address or a connection option is not usable for",
                     "correct it and try again"};
         case HttpErrorKind::kResolve:
-            return {CONNECTION_FAILED, "The name could not be resolved of",
-                    "check the spelling or use the IP address"};
+            return {CONNECTION_FAILED, "No address could be found for",
+                    "check the spelling of the name or use the IP address"};
         case HttpErrorKind::kConnect:
             return {CONNECTION_FAILED, "No connection could be made to",
                     "check the address, the port and that HTTPS is enabled on the BMC"};
@@ -31,19 +31,20 @@ Row RowOfTransport(HttpErrorKind kind) {
             return {CONNECTION_FAILED, "Nobody answered at",
                     "check the address, the network and that the BMC is powered"};
         case HttpErrorKind::kUntrusted:
-            return {VERIFY_CERTIFICATE_FAILED, "The certificate was not accepted of",
-                    "give its authority with --ca-file or its SHA-256 fingerprint with --pin"};
+            return {VERIFY_CERTIFICATE_FAILED, "The certificate check failed for",
+                    "make sure that it is the right BMC, then give its authority with --ca-file or "
+                    "its SHA-256 fingerprint with --pin"};
         case HttpErrorKind::kTlsHandshake:
             return {VERIFY_CERTIFICATE_FAILED, "No secure connection could be agreed on with",
                     "an old BMC may need --tls-legacy"};
         case HttpErrorKind::kTimeout:
-            return {TIMEOUT, "The answer took too long of", "raise --timeout or try again later"};
+            return {TIMEOUT, "No answer came in time from", "raise --timeout or try again later"};
         case HttpErrorKind::kDeadline:
             return {TIMEOUT, "The time for the whole scan ran out with", "raise --deadline"};
         case HttpErrorKind::kCancelled:
             return {INTERRUPTED_BY_USER, "Interrupted while talking to", "start the scan again"};
         default:
-            return {CONNECTION_FAILED, "The connection broke to",
+            return {CONNECTION_FAILED, "The connection was lost to",
                     "try again, and restart the BMC if it keeps happening"};
     }
 }

@@ -12,13 +12,13 @@ constexpr const char* kSource = "platform/connection/run_context";
 
 static_assert(std::atomic<bool>::is_always_lock_free, "Cancel() is called by signal handlers");
 
+}  // namespace
+
 // What a service does not have cannot be missing from its report.
 bool IsGap(const SourceStatus& status) {
     return status.required && status.state != SourceState::kComplete &&
            status.state != SourceState::kUnsupported;
 }
-
-}  // namespace
 
 const char* SourceStateText(SourceState state) {
     switch (state) {

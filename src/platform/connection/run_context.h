@@ -35,6 +35,9 @@ struct SourceStatus {
     std::vector<std::string> issues;  ///< what was left out: resource and cause, one text each
 };
 
+/// True when a required source is known but was not read completely.
+TARSEL_EXPORT bool IsGap(const SourceStatus& status);
+
 class TARSEL_EXPORT RunContext {
   public:
     /// `login_attempts`: how many refused logins this run may cause at its target (at least 1).
@@ -75,7 +78,7 @@ class TARSEL_EXPORT RunContext {
     /// Stores the status of a source; a later one of the same name replaces it.
     void ReportSource(SourceStatus status);
     [[nodiscard]] std::vector<SourceStatus> Sources() const;
-    /// True when a required source is known but was not read completely.
+    /// True when one of the sources is a gap.
     [[nodiscard]] bool IsPartial() const;
 
     /// One sentence the user should see once (for example "certificate check is off").

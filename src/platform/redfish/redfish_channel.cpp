@@ -137,12 +137,26 @@ void RedfishChannel::FactsEnded() {
 
 void RedfishChannel::NoteSystem() {
     if (!managed_.notice.empty()) option_.run->AddNotice(managed_.notice);
-    if (managed_.system == nullptr) return;
+    if (managed_.system == nullptr) {
+        const bool is_wished = !option_.system_id.empty();
+        if (is_wished && !facts_.SystemsFailure()) ReportMissingSystem();
+        return;
+    }
     if (json::Text(managed_.system->body, "PowerState") == "Off") {
         option_.run->AddNotice(
             "The host is powered off: its BMC may not know all firmware versions; "
             "power it on and scan again for a complete list.");
     }
+}
+
+// Optional as the computer systems are, the one that was asked for is not.
+void RedfishChannel::ReportMissingSystem() {
+    VantixConnection::SourceStatus status;
+    status.source = "computer systems";
+    status.state = VantixConnection::SourceState::kPartial;
+    status.items_read = static_cast<int>(snapshot_.systems.size());
+    status.detail = "the one that was asked for is not among them";
+    option_.run->ReportSource(std::move(status));
 }
 
 void RedfishChannel::WaitFor(const SurveyTask& task) {

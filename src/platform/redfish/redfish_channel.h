@@ -77,6 +77,7 @@ class RedfishChannel {
     void StartSurveys();
     void FactsEnded();
     void NoteSystem();
+    void ReportMissingSystem();
     void WaitFor(const SurveyTask& task);
     void SettleInventory();
     void Close();

@@ -61,6 +61,7 @@ void SurveyTask::Fail(const std::string& source, const RedfishFailure& failure) 
     // Of several readings of one source the good ones keep it from being a failure as a whole.
     status.state = status.items_read > 0 ? SourceState::kPartial : StateOf(failure);
     status.detail = failure.text;
+    if (failure.transport == HttpErrorKind::kDeadline) status.required = true;
     Report(source);
 }
 
@@ -97,6 +98,7 @@ void SurveyTask::TakeCollection(const std::string& source, CollectionAnswer&& an
         status.items_failed += answer.failed_members;
         for (auto& issue : answer.issues) status.issues.push_back(std::move(issue));
         if (status.items_failed > 0) status.state = SourceState::kPartial;
+        if (answer.ran_out_of_time) status.required = true;
         Report(source);
     }
     if (then) then(answer.failure);

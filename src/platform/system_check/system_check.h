@@ -22,7 +22,8 @@ class SystemCheck {
     SystemCheck(const SystemCheck&) = delete;
     SystemCheck& operator=(const SystemCheck&) = delete;
 
-    /// True when the service root carries a Redfish version and offers an update service.
+    /// True when the service root carries a Redfish version and links to something that tells
+    /// firmware versions: update service, computer systems, managers or chassis.
     bool IsRedfishSupported(const ConnectionInfo& connection);
     /// True while `path` is answered with 503 or the connection is refused.
     bool IsRedfishServiceStarting(const ConnectionInfo& connection, const std::string& path);

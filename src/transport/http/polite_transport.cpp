@@ -326,8 +326,12 @@ void PoliteTransport::State::GiveUpWaiting(const HttpError& error) {
 
 void PoliteTransport::State::End(const JobPointer& job, HttpOutcome&& outcome) {
     const HttpError error = outcome.error;
+    // A service that is being restarted refuses connections: a request that is never repeated must
+    // not decide for those that wait to be.
+    const bool is_final =
+        job->request.method == HttpMethod::kGet || error.kind != HttpErrorKind::kConnect;
     finished.emplace_back(job, std::move(outcome));
-    if (!has_any_answer && ConcernsHost(error.kind)) {
+    if (is_final && !has_any_answer && ConcernsHost(error.kind)) {
         GiveUpWaiting(error);
     }
 }

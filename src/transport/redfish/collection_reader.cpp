@@ -198,6 +198,9 @@ void Reading::GetMember(std::size_t slot) {
                                            (licence ? " (needs a licence)" : ""));
             ++self->answer_.failed_members;
             self->slots_[slot].is_read = !self->slots_[slot].body.empty();
+            if (answer.failure.transport == HttpErrorKind::kDeadline) {
+                self->answer_.ran_out_of_time = true;
+            }
         }
         if (!answer.warning.empty()) self->answer_.issues.push_back(answer.warning);
         if (self->options_.on_progress) {

@@ -24,6 +24,7 @@ struct CollectionAnswer {
     std::vector<std::string> issues;
     int failed_members = 0;
     int merged_duplicates = 0;
+    bool ran_out_of_time = false;  ///< members failed because the target's whole time is used up
 };
 
 struct CollectionOptions {

@@ -99,6 +99,11 @@ TEST(CommandLineTest, AddressThatIsNoneIsRefused) {
     ExpectUsageError(ParseCommandLine({"scan", "--bmc", ""}), "--bmc");
 }
 
+TEST(CommandLineTest, RefusedAddressIsToldInAWholeSentence) {
+    EXPECT_EQ(ParseCommandLine({"scan", "--bmc", "root@"}).text,
+              "--bmc: the address names no host.");
+}
+
 TEST(CommandLineTest, MissingTargetIsTold) {
     ExpectUsageError(ParseCommandLine({"scan"}), "--bmc");
 }

@@ -49,6 +49,14 @@ TEST(StatusBlockTest, FirstIssuesAreShownAndTheRestCounted) {
     EXPECT_THAT(block, Not(HasSubstr("four")));
 }
 
+TEST(StatusBlockTest, AllIssuesAreShownOnDemand) {
+    SourceStatus status = Source("drives", SourceState::kPartial, 1, 5);
+    status.issues = {"one", "two", "three", "four", "five"};
+    const std::string block = StatusBlock("::1", {status}, kAllIssues);
+    EXPECT_THAT(block, HasSubstr("    - four\n    - five\n"));
+    EXPECT_THAT(block, Not(HasSubstr("more")));
+}
+
 TEST(StatusBlockTest, AFewIssuesAreShownWhole) {
     SourceStatus status = Source("drives", SourceState::kPartial, 1, 1);
     status.issues = {"one"};

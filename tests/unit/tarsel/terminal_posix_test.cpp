@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -85,6 +86,34 @@ TEST(TerminalDeathTest, ClosedStandardOutputIsAFailure) {
             std::_Exit(static_cast<int>(WriteStandardOutput("text")));
         },
         testing::ExitedWithCode(static_cast<int>(WriteState::kFailed)), "");
+}
+
+// What the next file is opened as, in a child process without standard descriptors.
+int NextDescriptor() {
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) close(descriptor);
+    OccupyStandardDescriptors();
+    return open("/dev/null", O_RDWR);
+}
+
+TEST(TerminalDeathTest, ClosedStandardDescriptorsAreGivenToNobody) {
+    EXPECT_EXIT(std::_Exit(NextDescriptor() > STDERR_FILENO ? 0 : 1), testing::ExitedWithCode(0),
+                "");
+}
+
+TEST(TerminalDeathTest, OccupiedStandardOutputIsStillAFailure) {
+    EXPECT_EXIT(
+        {
+            NextDescriptor();
+            std::_Exit(static_cast<int>(WriteStandardOutput("text")));
+        },
+        testing::ExitedWithCode(static_cast<int>(WriteState::kFailed)), "");
+}
+
+TEST(TerminalTest, OpenStandardOutputIsLeftAlone) {
+    testing::internal::CaptureStdout();
+    OccupyStandardDescriptors();
+    WriteStandardOutput("text");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "text");
 }
 
 }  // namespace

@@ -45,6 +45,10 @@ TarselResult BmcConnectionScan::Run(const ConnectionInfo& connection) {
         return result;
     }
     if (!option_.is_zelvar && IsLegacySystem(system_check_, machine_type_)) {
+        // The refusal leads to another connection, whose failure would be all that a user sees.
+        option_.connect_option.run->AddNotice(
+            "The system carries the Orvane brand and is not scanned; use the older Orvane update "
+            "tool of its maker.");
         return TarselResult(LEGACY_SYSTEM_NOT_SUPPORTED, "");
     }
     return TakeInventory(connection);

@@ -266,6 +266,14 @@ TEST(SeveralSystemsTest, UnknownWishIsToldAndChoosesNone) {
     EXPECT_THAT(option.run->Notices(), Contains(HasSubstr("no-such-system")));
 }
 
+TEST(SeveralSystemsTest, UnknownWishMakesTheScanPartial) {
+    BmcSimulator bmc(Scenario("rack-server"));
+    ConnectOption option = OptionFor(bmc);
+    option.system_id = "no-such-system";
+    ScanImpatiently(option);
+    EXPECT_TRUE(option.run->IsPartial());
+}
+
 TEST(HostPowerTest, PoweredOffHostIsNoted) {
     BmcOptions options = Scenario("rack-server");
     options.replaced_bodies["/redfish/v1/Systems/1"] =

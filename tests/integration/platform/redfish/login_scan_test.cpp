@@ -377,5 +377,16 @@ TEST(WayOutTest, UsedUpTimeEndsTheSession) {
     ExpectOneSessionEnded(bmc);
 }
 
+TEST(WayOutTest, UsedUpTimeMakesAScanPartialWhateverIsMissing) {
+    for (const char* const missing : {"/Storage/RAID1/Drives", "/PowerSupplies"}) {
+        BmcSimulator bmc(Scenario("rack-server"));
+        bmc.SetFaults({FaultAt(missing, Fault::Kind::kSilent)});
+        ConnectOption option = OptionFor(bmc);
+        option.deadline_seconds = 1;
+        EXPECT_EQ(ScanImpatiently(option).identities_code, SUCCEED) << missing;
+        EXPECT_TRUE(option.run->IsPartial()) << missing;
+    }
+}
+
 }  // namespace
 }  // namespace Vantix::redfish

@@ -82,6 +82,8 @@ INSTANTIATE_TEST_SUITE_P(
             "--ca-file"},
         Row{"UntrustedPin", kNotReached, HttpErrorKind::kUntrusted, VERIFY_CERTIFICATE_FAILED,
             "--pin"},
+        Row{"UntrustedPeer", kNotReached, HttpErrorKind::kUntrusted, VERIFY_CERTIFICATE_FAILED,
+            "the right BMC"},
         Row{"Handshake", kNotReached, HttpErrorKind::kTlsHandshake, VERIFY_CERTIFICATE_FAILED,
             "--tls-legacy"},
         Row{"Timeout", kNotReached, HttpErrorKind::kTimeout, TIMEOUT, "--timeout"},

@@ -1,8 +1,8 @@
 // Saving and loading where the system decides: full disks, links, files that do not open.
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 
@@ -19,21 +19,21 @@ using service::SerializeScanReport;
 using service::UpdateScanReport;
 using test_support::TemporaryFolder;
 
-// No file can be opened while the object lives, not even by the administrator.
-class NoMoreFiles {
+// Not the administrator, who may open everything, while the object lives.
+class OrdinaryUser {
   public:
-    NoMoreFiles() {
-        getrlimit(RLIMIT_NOFILE, &before_);
-        rlimit none = before_;
-        none.rlim_cur = 0;
-        setrlimit(RLIMIT_NOFILE, &none);
+    OrdinaryUser() {
+        if (geteuid() == 0) is_changed_ = seteuid(kNobody) == 0;
     }
-    ~NoMoreFiles() { setrlimit(RLIMIT_NOFILE, &before_); }
-    NoMoreFiles(const NoMoreFiles&) = delete;
-    NoMoreFiles& operator=(const NoMoreFiles&) = delete;
+    ~OrdinaryUser() {
+        if (is_changed_ && seteuid(0) != 0) std::abort();
+    }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
 
   private:
-    rlimit before_{};
+    static constexpr uid_t kNobody = 65534;
+    bool is_changed_ = false;
 };
 
 UpdateScanReport LargeReport() {
@@ -75,11 +75,13 @@ TEST(ScanXmlReaderLinuxTest, FileThatDoesNotOpenYieldsReadFileFailed) {
     const TemporaryFolder folder;
     const std::string path = folder.Path("scan.xml");
     ASSERT_EQ(SerializeScanReport::SaveToXml(UpdateScanReport(), path), SUCCEED);
+    std::filesystem::permissions(path, std::filesystem::perms::none);
+    std::filesystem::permissions(folder.Path("."), static_cast<std::filesystem::perms>(0755));
     const doubles::LogCapture log;
     UpdateScanReport report;
     int code = 0;
     {
-        const NoMoreFiles limit;
+        const OrdinaryUser user;
         code = SerializeScanReport::LoadFromXml(path, report);
     }
     EXPECT_EQ(code, READ_FILE_FAILED);

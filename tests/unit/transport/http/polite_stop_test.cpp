@@ -2,11 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <map>
-#include <memory>
-
-#include "transport/http/polite_transport.h"
-#include "unit/transport/http/scripted_transport.h"
+#include "unit/transport/http/polite_transport_fixture.h"
 
 namespace Vantix::transport {
 namespace {
@@ -15,26 +11,12 @@ using std::chrono::seconds;
 using ::testing::Contains;
 using ::testing::Not;
 
-class PoliteStopTest : public ::testing::Test {
+// Nobody answers, and tests set when the scan is cancelled.
+class PoliteStopTest : public PoliteTransportTest {
   protected:
-    PoliteStopTest() : start_(clock_.Now()) {
+    PoliteStopTest() {
         inner_.answer = [](const HttpRequest&, int) { return std::nullopt; };
         settings_.is_cancelled = [this] { return clock_.Now() >= cancelled_at_; };
-    }
-
-    PoliteTransport& Polite() {
-        if (!polite_) {
-            polite_ = std::make_unique<PoliteTransport>(inner_, clock_, settings_);
-        }
-        return *polite_;
-    }
-
-    void Send(const HttpRequest& request) {
-        const std::string target = request.target;
-        Polite().Submit(request, [this, target](HttpOutcome&& outcome) {
-            calls_[target] += 1;
-            outcomes_[target] = std::move(outcome);
-        });
     }
 
     void Run() {
@@ -46,14 +28,7 @@ class PoliteStopTest : public ::testing::Test {
         return outcomes_[target].error.kind;
     }
 
-    FakeClock clock_;
-    const Clock::TimePoint start_;
     Clock::TimePoint cancelled_at_ = Clock::TimePoint::max();
-    ScriptedTransport inner_{clock_};
-    PoliteSettings settings_;
-    std::unique_ptr<PoliteTransport> polite_;
-    std::map<std::string, HttpOutcome> outcomes_;
-    std::map<std::string, int> calls_;
 };
 
 // ---- cancellation

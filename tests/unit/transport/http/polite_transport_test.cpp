@@ -132,6 +132,20 @@ TEST_F(PoliteTransportTest, RefusedConnectionIsRepeatedLikeA503) {
     EXPECT_EQ(outcomes_["/a"].response.status, 200);
 }
 
+TEST_F(PoliteTransportTest, RefusedPostDoesNotEndTheGetThatWaitsForItsRepetition) {
+    inner_.answer = [](const HttpRequest& request, int earlier) {
+        return request.target == "/login" || earlier == 0 ? Failure(HttpErrorKind::kConnect)
+                                                          : Status(200);
+    };
+    HttpRequest post = Get("/login");
+    post.method = HttpMethod::kPost;
+    Send(Get("/a"));
+    Send(post);
+    Run();
+    EXPECT_EQ(outcomes_["/login"].error.kind, HttpErrorKind::kConnect);
+    EXPECT_EQ(outcomes_["/a"].response.status, 200);
+}
+
 TEST_F(PoliteTransportTest, MaxTriesOfTheRequestLimitsTheRepetitions) {
     inner_.answer = [](const HttpRequest&, int) { return Status(500); };
     HttpRequest request = Get("/optional");

@@ -15,6 +15,7 @@ using support::AnItem;
 using support::IsConnection;
 using testing::_;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 using BmcConnectionScanTest = support::BmcConnectionScanTestBase;
@@ -202,6 +203,14 @@ TEST_F(BmcConnectionScanTest, LegacySystemIsRefusedWithoutAMessage) {
     EXPECT_EQ(result.message, "");
     EXPECT_EQ(report_.GetMT(), "");
     EXPECT_THAT(log_.Texts(1), IsEmpty());
+}
+
+TEST_F(BmcConnectionScanTest, RefusalOfALegacySystemIsToldToTheUser) {
+    ReleaseNameIs("");
+    MachineTypeIs(rest_, 0, "OLD-1", "SN-1");
+    LegacyListAnswers("OLD-1", 7);
+    Scan(rest_);
+    EXPECT_THAT(option_.connect_option.run->Notices(), ElementsAre(HasSubstr("Orvane brand")));
 }
 
 TEST_F(BmcConnectionScanTest, ManagementSuiteScansListedMachineTypesNormally) {
