@@ -234,8 +234,9 @@ void ScanRun::PrintTables() {
 void ScanRun::SaveCommonResult() {
     CommonResult summary;
     summary.code = result_.code;
-    summary.message = Vantix::MaskSecrets(result_.message.empty() ? GetResultMessage(result_.code)
-                                                                  : result_.message);
+    const TarselResult telling = TellingResult(result_, run_->LastFailure());
+    summary.message = Vantix::MaskSecrets(telling.message.empty() ? GetResultMessage(telling.code)
+                                                                  : telling.message);
     summary.exit_code = exit_code_;
     summary.target = target_;
     summary.version = TarselVersion();

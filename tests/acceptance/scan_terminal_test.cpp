@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
 
 #include "acceptance/tarsel_command_test_base.h"
@@ -105,6 +106,40 @@ TEST_F(ScanTerminalTest, VerboseScanShowsTheLogInsteadOfTheProgressLine) {
     ChildProcess scan(OnTerminal(Scan({"-v"})));
     EXPECT_EQ(scan.Wait(), 0);
     EXPECT_THAT(scan.Errors(), Not(HasSubstr("\x1B[K")));
+}
+
+// A host that does not tell its operating system is asked again a minute later; nothing here waits
+// for that minute.
+class ScanWaitTest : public ScanTerminalTest {
+  protected:
+    void StartForgetfulHost() {
+        auto options = Bmc("esxi-host");
+        simulators::FaultRule rule;
+        rule.body_contains = "CIM_OperatingSystem\"";
+        rule.fault.kind = simulators::Fault::Kind::kStatus;
+        rule.fault.status = 500;
+        options.faults = {rule};
+        StartBmc(options);
+    }
+
+    [[nodiscard]] ChildSetup HostScan() const { return OnTerminal(ScanOf({"--esxi", Target()})); }
+};
+
+TEST_F(ScanWaitTest, LongWaitIsNamedAndItsSecondsKeepRunning) {
+    StartForgetfulHost();
+    ChildProcess scan(HostScan());
+    ASSERT_TRUE(scan.WaitForErrors("waiting 60 seconds (1 of 3)")) << scan.Errors();
+    EXPECT_TRUE(scan.WaitForErrors("Scanning... 2 s, no answer")) << scan.Errors();
+}
+
+TEST_F(ScanWaitTest, InterruptedWaitSaysHowToEndAtOnce) {
+    StartForgetfulHost();
+    ChildProcess scan(HostScan());
+    ASSERT_TRUE(scan.WaitForErrors("waiting 60 seconds (1 of 3)")) << scan.Errors();
+    scan.Type("\x03");
+    ASSERT_TRUE(scan.WaitForErrors("once more ends at once")) << scan.Errors();
+    scan.Type("\x03");
+    EXPECT_EQ(scan.Wait(), 1000 + SIGINT);
 }
 
 }  // namespace

@@ -78,8 +78,8 @@ class HypervisorHostScan {
     void Pause(int attempt) const {
         const Vantix::VantixConnection::RunContext& run = *option_.connect_option.run;
         if (run.IsCancelled()) return;
-        run.Activity("no answer about the system, waiting 60 seconds (" +
-                     std::to_string(attempt) + " of " + std::to_string(kOsInfoAttempts) + ")");
+        run.Activity("no answer about the system, waiting 60 seconds (" + std::to_string(attempt) +
+                     " of " + std::to_string(kOsInfoAttempts) + ")");
         Vantix::SleepMilliseconds(kOsInfoPauseMilliseconds);
     }
 
