@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
 
 #include "acceptance/tarsel_command_test_base.h"
 
@@ -16,7 +17,6 @@ using test_support::ChildProcess;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
 constexpr const char* kCimPath = "/cimom";
 constexpr const char* kInventory = "CIM_SoftwareIdentity\"";
@@ -98,6 +98,51 @@ TEST_F(CimOutcomeTest, BmcWithClosedCimIsToldToOpenIt) {
     EXPECT_EQ(ended.exit_code, 7) << ended.errors;
     EXPECT_THAT(ended.errors, HasSubstr("enable CIM over HTTPS"));
     EXPECT_THAT(Output("common_result.xml"), HasSubstr("<CODE>55</CODE>"));
+}
+
+// ---- a release that has no CIM service any more
+// ------------------------------------------------
+
+class NewerHypervisorTest : public CimOutcomeTestBase {
+  protected:
+    NewerHypervisorTest() {
+        namespace fs = std::filesystem;
+        fs::copy(std::string(TARSEL_SCENARIOS) + "/esxi-host", folder_.Path("host"),
+                 fs::copy_options::recursive);
+        Renew("host/sdk.xml");
+        Renew("host/cim/CIM_OperatingSystem.xml");
+        auto options = Bmc();
+        options.scenario_dir = folder_.Path("host");
+        StartBmc(options);
+    }
+
+    void ExpectUnsupported(const Ended& ended) const {
+        EXPECT_EQ(ended.exit_code, 7) << ended.errors;
+        EXPECT_THAT(ended.errors,
+                    HasSubstr("Tarsel do not support this installed VMWare ESXi Version"));
+        EXPECT_THAT(ended.output, IsEmpty());
+    }
+
+  private:
+    void Renew(const std::string& file) const {
+        const std::string before = "8.0.2";
+        std::string text = folder_.Read(file);
+        std::size_t at = text.find(before);
+        ASSERT_NE(at, std::string::npos) << file;
+        for (; at != std::string::npos; at = text.find(before)) {
+            text.replace(at, before.size(), "9.0.0");
+        }
+        folder_.Write(file, text);
+    }
+};
+
+TEST_F(NewerHypervisorTest, ThatStillSpeaksCimIsUnsupported) {
+    ExpectUnsupported(Run(ScanOf({"--esxi", Target()})));
+}
+
+TEST_F(NewerHypervisorTest, ThatDoesNotSpeakCimIsUnsupportedToo) {
+    ExpectUnsupported(Run(ScanOf({"--esxi", Target(), "--cim-port", "1"})));
+    EXPECT_EQ(bmc_->Counts().authorization_headers_seen, 0);
 }
 
 // ---- CIM without TLS

@@ -66,8 +66,7 @@ class TARSEL_EXPORT RunContext {
     /// What was said of the last failure; true when there was none.
     [[nodiscard]] bool MayOtherPortsAnswer() const;
 
-    // ---- findings
-    // --------------------------------------------------------------------------------
+    // ---- findings -------------------------------------------------------------------------------
     /// What one protocol leg found out about the target and a later one need not find out again,
     /// for example which cipher suite works. Never a secret. Recall gives an empty text for unknown
     /// keys.

@@ -81,9 +81,6 @@ IpmiFailure IpmiChannel::Open() {
     if (!silence.empty()) return {IpmiProblem::kNoAnswer, silence};
     option_.run->Activity("asking the BMC over IPMI");
     const IpmiFailure failure = Identify();
-    if (failure.problem == IpmiProblem::kAuthentication) {
-        option_.run->LoginRefused("IPMI, " + failure.text);
-    }
     if (failure.problem == IpmiProblem::kNoAnswer || failure.problem == IpmiProblem::kTimedOut) {
         option_.run->Remember(IpmiSilenceKey(option_), failure.text);
     }

@@ -48,7 +48,7 @@ class IpmiChannel {
     static std::shared_ptr<IpmiChannel> Of(const VantixConnection::ConnectionInfo& connection);
 
     /// Asks who is there. Must be called once, first; nothing else may be asked when it fails.
-    /// Counts a refused login and remembers a silent BMC for the rest of the run.
+    /// Remembers a silent BMC for the rest of the run.
     [[nodiscard]] transport::IpmiFailure Open();
 
     [[nodiscard]] const transport::DeviceId& Device() const { return device_; }

@@ -45,6 +45,10 @@ IpmiSessions::IpmiSessions(const VantixConnection::ConnectOption& option,
 
 SessionResult IpmiSessions::Run(const std::vector<std::string>& lines) {
     while (silent_sessions_ < kMostSilentSessions) {
+        // Each session is a login of its own.
+        if (!target_.host.empty() && !option_.run->MayTryLogin()) {
+            return {{IpmiProblem::kAuthentication, "refused before"}, {}, {}};
+        }
         if (has_run_) Pause(TimeToNextRun());
         SessionResult result = RunOnce(lines);
         if (!result.texts.empty() || !PrepareNextTry(result.failure)) return result;
@@ -90,6 +94,9 @@ void IpmiSessions::Note(const SessionResult& result) {
         << (result.texts.empty() ? "not opened: " : "opened ") << result.failure.text;
     if (result.failure) {
         Log(4, kLogSource, __LINE__).Stream() << "ipmitool said: " << result.error_output;
+    }
+    if (result.failure.problem == IpmiProblem::kAuthentication) {
+        option_.run->LoginRefused("IPMI, " + result.failure.text);
     }
     if (IsSilence(result.failure.problem)) {
         ++silent_sessions_;

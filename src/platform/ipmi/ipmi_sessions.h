@@ -35,8 +35,8 @@ class IpmiSessions {
 
     /// Carries out `lines` in one session. Never two at a time, with a pause between two; cipher
     /// suite 17, then 3; the administrator's level, then lower ones; a busy BMC is asked again.
-    /// What worked is kept for the rest of the run. A refused login, silence and cancelling end it
-    /// at once; after two silent sessions nothing is sent any more.
+    /// What worked is kept for the rest of the run. A refused login (which counts for the run),
+    /// silence and cancelling end it at once; after two silent sessions nothing is sent any more.
     [[nodiscard]] SessionResult Run(const std::vector<std::string>& lines);
 
     /// Waits for that long, or until the run is cancelled.

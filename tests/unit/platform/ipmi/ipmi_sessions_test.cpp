@@ -125,6 +125,30 @@ TEST_F(IpmiSessionsTest, WrongPasswordIsNeverSentTwice) {
     EXPECT_THAT(tool_.commands, SizeIs(1));
 }
 
+TEST_F(IpmiSessionsTest, LoginRefusedInTheMiddleOfAScanEndsAllFurtherSessions) {
+    IpmiSessions sessions = Sessions();
+    (void)sessions.Run(ALine());
+    tool_.FailNext(kWrongPassword);
+    EXPECT_EQ(sessions.Run(ALine()).failure.problem, IpmiProblem::kAuthentication);
+    EXPECT_EQ(sessions.Run(ALine()).failure.problem, IpmiProblem::kAuthentication);
+    EXPECT_THAT(tool_.commands, SizeIs(2));
+    EXPECT_FALSE(option_.run->MayTryLogin());
+}
+
+TEST_F(IpmiSessionsTest, LargerBudgetAllowsAnotherLogin) {
+    option_.run = std::make_shared<VantixConnection::RunContext>(2);
+    IpmiSessions sessions = Sessions();
+    tool_.FailNext(kWrongPassword);
+    (void)sessions.Run(ALine());
+    EXPECT_FALSE(sessions.Run(ALine()).failure);
+}
+
+TEST_F(IpmiSessionsTest, LocalInterfaceNeedsNoLogin) {
+    option_.target_address.clear();
+    option_.run->LoginRefused("Redfish");
+    EXPECT_FALSE(Sessions().Run(ALine()).failure);
+}
+
 TEST_F(IpmiSessionsTest, SilentHostCostsOneTryNotOneASuite) {
     tool_.FailNext(kSilent);
     EXPECT_EQ(Sessions().Run(ALine()).failure.problem, IpmiProblem::kNoAnswer);
