@@ -160,12 +160,13 @@ TEST(RecordedTreeTest, FolderWithoutServiceRootIsRefused) {
 class RecordedMachineTest : public testing::TestWithParam<std::string> {};
 
 TEST_P(RecordedMachineTest, RootAndInventoryAreServed) {
-    const char* folder = std::getenv("TARSEL_SHARED_MOCKUPS");
-    if (!folder || !std::filesystem::exists(std::filesystem::path(folder) / GetParam())) {
+    const char* environment = std::getenv("TARSEL_SHARED_MOCKUPS");
+    const std::filesystem::path sets = environment ? environment : TARSEL_SHARED_MOCKUPS;
+    if (!std::filesystem::exists(sets / GetParam())) {
         GTEST_SKIP() << "TARSEL_SHARED_MOCKUPS names no folder with " << GetParam();
     }
     BmcOptions options;
-    options.scenario_dir = (std::filesystem::path(folder) / GetParam()).string();
+    options.scenario_dir = (sets / GetParam()).string();
     SmallBmc small(options);
     EXPECT_THAT(small.client.Get("/redfish/v1").body, HasSubstr("\"UpdateService\""));
     EXPECT_THAT(small.client.Get(kInventory).body, HasSubstr("\"Members\""));
