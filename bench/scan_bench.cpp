@@ -118,11 +118,12 @@ Outcome Scan(const Case& scan, Scenarios& scenarios, int runs) {
 }
 
 // With $expand: root and log-in together, facts and inventory together, log-out. Without: the
-// collection and then its members, a few at a time, take the place of the middle step. What stands
-// beside the inventory may add two steps.
+// collections and then their members, a few at a time, take the place of the middle step; the one
+// system and the one manager are members too. What stands beside the inventory may add two steps.
 double ChainMs(const Case& scan, const Outcome& outcome) {
     if (scan.serialized) return static_cast<double>(outcome.requests) * scan.latency_ms;
-    const int rounds = (scan.entries + scan.connections - 1) / scan.connections;
+    const int members = scan.entries + 2;
+    const int rounds = (members + scan.connections - 1) / scan.connections;
     return (scan.expand ? 3.0 : 3.0 + rounds) * scan.latency_ms;
 }
 
