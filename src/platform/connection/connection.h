@@ -51,6 +51,13 @@ enum class AuthMethod {
     kBasic     ///< HTTP Basic only
 };
 
+/// What to do with the key of an SSH server (RFC 4251, 4.1).
+enum class SshHostKeyPolicy {
+    kStrict,     ///< only keys that are known
+    kAcceptNew,  ///< an unknown server's key is stored; a changed one is refused
+    kOff         ///< any key, said aloud
+};
+
 /// Where and how to connect. Durations are in seconds; 0 means no limit of its own.
 struct ConnectOption {
     int connect_mode = 0;        ///< selects the scan path; first field
@@ -69,8 +76,15 @@ struct ConnectOption {
     std::string password;            ///< never logged
     bool verify_certificate = true;  ///< off only on the user's explicit wish
     std::string ca_file;             ///< PEM file used instead of the system's store
-    std::string fingerprint;  ///< SHA-256 of the peer's certificate, hexadecimal, colons allowed
-    std::string ssh_key_file;
+    std::string fingerprint;   ///< SHA-256 of the peer's certificate, hexadecimal, colons allowed
+    std::string ssh_key_file;  ///< private key; empty: the user's agent and usual keys
+    std::string ssh_key_passphrase;  ///< never logged
+    SshHostKeyPolicy ssh_host_key = SshHostKeyPolicy::kStrict;
+    std::string ssh_known_hosts;  ///< file of known host keys; empty: the user's own
+    bool legacy_ssh = false;      ///< also SHA-1 key exchanges and host keys
+    /// Folder read instead of "/" for facts about the local host; empty: "/". Device nodes are used
+    /// only with "/".
+    std::string system_root;
     int timeout_seconds = 60;             ///< one request
     int connect_timeout_seconds = 10;     ///< TCP and TLS
     int inventory_timeout_seconds = 240;  ///< firmware collection and expanded reads
@@ -102,6 +116,27 @@ struct ConnectionInfo {
     bool verify_certificate = true;
     int timeout_seconds = 60;
     std::shared_ptr<void> channel;  ///< keep-alive handle; the last copy ends the session
+};
+
+/// Makes an option record known to the platform operations that this thread calls and that take
+/// none (facts about the local host, the remote channel), for as long as the object lives. They
+/// nest. `option` must outlive it.
+class ActiveRun {
+  public:
+    explicit ActiveRun(const ConnectOption& option);
+    ~ActiveRun();
+    ActiveRun(const ActiveRun&) = delete;
+    ActiveRun& operator=(const ActiveRun&) = delete;
+
+    /// The innermost record of this thread; a default one when there is none.
+    [[nodiscard]] static const ConnectOption& Option();
+    /// Where the local families keep the tree they share in this run; null when there is no run.
+    [[nodiscard]] static std::shared_ptr<const void>* HostRootSlot();
+
+  private:
+    const ConnectOption& option_;
+    ActiveRun* const outer_;
+    std::shared_ptr<const void> host_root_;
 };
 
 // Every function below resets its output first and reports: AUTHENTICATION_FAILED when the target

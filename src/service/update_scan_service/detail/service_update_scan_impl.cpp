@@ -73,6 +73,7 @@ ServiceUpdateScanImpl::ServiceUpdateScanImpl(const UpdateScanOption& option)
 
 TarselResult ServiceUpdateScanImpl::Run(UpdateScanReport& report) {
     LogOptions();
+    const ActiveRun active_run(option_.connect_option);
     TarselResult result = Dispatch(report);
     RemoveOemItems(report);
     DistinguishDuplicateNames(report);

@@ -1,0 +1,105 @@
+#include "transport/sysroot/system_root.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string>
+#include <vector>
+
+#include "support/system_tree.h"
+
+namespace {
+
+using test_support::SystemTree;
+using Vantix::transport::SystemRoot;
+
+TEST(SystemRootTest, TextIsCleanedAndBytesAreNot) {
+    SystemTree tree;
+    tree.File("/sys/a", std::string("  EX1.02 \n\0junk", 14));
+    const SystemRoot root(tree.Root());
+    EXPECT_EQ(root.ReadText("/sys/a"), "EX1.02");
+    EXPECT_EQ(root.ReadBytes("/sys/a"), std::string("  EX1.02 \n\0junk", 14));
+}
+
+TEST(SystemRootTest, MissingFilesFoldersAndPipesReadAsNothing) {
+    SystemTree tree;
+    tree.Folder("/sys/folder");
+    ASSERT_EQ(::mkfifo((tree.Root() + "/sys/pipe").c_str(), 0600), 0);
+    const SystemRoot root(tree.Root());
+    for (const char* path : {"/sys/missing", "/sys/folder", "/sys/pipe"}) {
+        EXPECT_FALSE(root.ReadBytes(path).has_value()) << path;
+        EXPECT_EQ(root.ReadText(path), "") << path;
+    }
+    EXPECT_TRUE(root.DeniedPaths().empty());
+}
+
+TEST(SystemRootTest, LongFilesAreCutAtTheLimit) {
+    SystemTree tree;
+    tree.File("/sys/long", std::string(10000, 'x'));
+    EXPECT_EQ(SystemRoot(tree.Root()).ReadBytes("/sys/long", 4100)->size(), 4100u);
+}
+
+TEST(SystemRootTest, FileIsReadOnceOnly) {
+    SystemTree tree;
+    tree.File("/sys/a", "first");
+    const SystemRoot root(tree.Root());
+    EXPECT_EQ(root.ReadText("/sys/a"), "first");
+    tree.File("/sys/a", "second");
+    EXPECT_EQ(root.ReadText("/sys/a"), "first");
+    EXPECT_EQ(SystemRoot(tree.Root()).ReadText("/sys/a"), "second");
+}
+
+TEST(SystemRootTest, ForbiddenFilesAreRemembered) {
+    if (::geteuid() == 0) GTEST_SKIP() << "root may read everything; run as another user";
+    SystemTree tree;
+    tree.File("/sys/serial", "S").File("/sys/vendor", "V");
+    ASSERT_EQ(::chmod((tree.Root() + "/sys/serial").c_str(), 0000), 0);
+    const SystemRoot root(tree.Root());
+    EXPECT_EQ(root.ReadText("/sys/serial"), "");
+    EXPECT_EQ(root.ReadText("/sys/vendor"), "V");
+    EXPECT_EQ(root.DeniedPaths(), std::vector<std::string>{"/sys/serial"});
+}
+
+TEST(SystemRootTest, NamesAreListedInNaturalOrder) {
+    SystemTree tree;
+    tree.File("/sys/n/nvme10", "").File("/sys/n/nvme2", "").File("/sys/n/nvme0", "");
+    const SystemRoot root(tree.Root());
+    EXPECT_EQ(root.List("/sys/n"), (std::vector<std::string>{"nvme0", "nvme2", "nvme10"}));
+    EXPECT_TRUE(root.List("/sys/missing").empty());
+}
+
+TEST(SystemRootTest, LinksTellTheirLastNameAlsoWhereTheyDangle) {
+    SystemTree tree;
+    tree.Link("/sys/d/driver", "../../bus/pci/drivers/nvme").File("/sys/d/file", "");
+    const SystemRoot root(tree.Root());
+    EXPECT_EQ(root.LinkName("/sys/d/driver"), "nvme");
+    EXPECT_EQ(root.LinkName("/sys/d/file"), "");
+    EXPECT_EQ(root.LinkName("/sys/d/missing"), "");
+}
+
+TEST(SystemRootTest, ResolveFollowsRelativeLinksWithinTheRoot) {
+    SystemTree tree;
+    tree.Folder("/sys/devices/pci0000:00/0000:00:01.0");
+    tree.Link("/sys/bus/pci/devices/0000:00:01.0", "../../../devices/pci0000:00/0000:00:01.0");
+    EXPECT_EQ(SystemRoot(tree.Root()).Resolve("/sys/bus/pci/devices/0000:00:01.0"),
+              "/sys/devices/pci0000:00/0000:00:01.0");
+}
+
+TEST(SystemRootTest, CirclesDanglingAndOutwardLinksLeadNowhere) {
+    SystemTree tree;
+    tree.Link("/sys/a", "b").Link("/sys/b", "a").Link("/sys/c", "missing").Link("/sys/d", "/tmp");
+    const SystemRoot root(tree.Root());
+    for (const char* path : {"/sys/a", "/sys/c", "/sys/d", "/sys/missing"}) {
+        EXPECT_EQ(root.Resolve(path), "") << path;
+    }
+}
+
+TEST(SystemRootTest, OnlySlashIsThisMachine) {
+    EXPECT_TRUE(SystemRoot("/").IsThisMachine());
+    EXPECT_TRUE(SystemRoot("").IsThisMachine());
+    EXPECT_FALSE(SystemRoot("/tmp/").IsThisMachine());
+    EXPECT_EQ(SystemRoot("").HostPath("/sys/x"), "/sys/x");
+}
+
+}  // namespace
