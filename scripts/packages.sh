@@ -7,7 +7,7 @@
 TARSEL_BUILD_PACKAGES=(
     g++ cmake ninja-build
     libboost1.81-dev libboost-filesystem1.81-dev libboost-json1.81-dev
-    libcurl4-openssl-dev libssl-dev libcli11-dev libspdlog-dev libpugixml-dev
+    libcurl4-openssl-dev libssl-dev libcli11-dev libspdlog-dev libpugixml-dev libssh-dev
     ca-certificates
 )
 
@@ -16,6 +16,7 @@ TARSEL_TEST_PACKAGES=(
     libgtest-dev libgmock-dev sblim-wbemcli
     ccache clang-format git python3 openssl procps
     ipmitool openipmi
+    openssh-server openssh-client libnss-wrapper
 )
 
 # On top of the build packages for bench/run.sh.
