@@ -17,6 +17,7 @@ TARSEL_TEST_PACKAGES=(
     ccache clang-format git python3 openssl procps
     ipmitool openipmi
     openssh-server openssh-client libnss-wrapper
+    qemu-system-x86 cpio kmod
 )
 
 # On top of the build packages for bench/run.sh.

@@ -35,9 +35,16 @@ int BoundPort(int socket) {
     socklen_t size = sizeof(address);
     if (bind(socket, reinterpret_cast<const sockaddr*>(&address), size) != 0 ||
         getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
-        throw std::runtime_error("no UDP port of the loopback address is free");
+        throw std::runtime_error("no port of the loopback address is free");
     }
     return ntohs(address.sin_port);
+}
+
+int FreePort(int socket_type) {
+    const int probe = socket(AF_INET, socket_type, 0);
+    const int port = BoundPort(probe);
+    close(probe);
+    return port;
 }
 
 // The simulator shares a port with another one without a word and steals its packets.
@@ -69,7 +76,7 @@ bool AnswersPing(int port) {
     return is_answered;
 }
 
-std::string LanText(int port) {
+std::string LanText(int port, int system_port) {
     std::ostringstream text;
     text << "name \"module\"\nset_working_mc 0x20\n  startlan 1\n    addr 127.0.0.1 " << port
          << "\n    priv_limit admin\n"
@@ -81,6 +88,7 @@ std::string LanText(int port) {
          << "  user 2 true \"" << kIpmiUser << "\" \"" << kIpmiPassword << "\" admin 10\n"
          << "  user 3 true \"guest\" \"\" admin 10\n"
          << "  user 4 false \"off\" \"off-pass\" admin 10\n";
+    if (system_port != 0) text << "  serial 15 127.0.0.1 " << system_port << " codec VM\n";
     return text.str();
 }
 
@@ -139,13 +147,12 @@ std::string IpmiSimulator::Missing() {
     return {};
 }
 
-IpmiSimulator::IpmiSimulator(const SimulatedModule& module) {
+IpmiSimulator::IpmiSimulator(const SimulatedModule& module, SystemInterface system_interface) {
     const std::string module_file = folder_.Write("bmc.emu", ModuleText(folder_, module));
     for (int n = 0; n < kPortsToTry; ++n) {
-        const int probe = socket(AF_INET, SOCK_DGRAM, 0);
-        port_ = BoundPort(probe);
-        close(probe);
-        if (Start(folder_.Write("lan.conf", LanText(port_)), module_file)) return;
+        port_ = FreePort(SOCK_DGRAM);
+        if (system_interface == SystemInterface::kSocket) system_port_ = FreePort(SOCK_STREAM);
+        if (Start(folder_.Write("lan.conf", LanText(port_, system_port_)), module_file)) return;
     }
     throw std::runtime_error("ipmi_sim did not start: " + process_->Output() + process_->Errors());
 }

@@ -33,20 +33,27 @@ SimulatedModule AModule();
 
 class IpmiSimulator {
   public:
+    /// Whether a machine can be put in front of the controller, too: its system interface on a TCP
+    /// port of the loopback address, in the way that QEMU speaks.
+    enum class SystemInterface { kNone, kSocket };
+
     /// Why tests cannot use it here (a missing package); empty when they can.
     static std::string Missing();
 
     /// Starts on a free UDP port of the loopback address and waits until it answers. Throws
     /// std::runtime_error with the simulator's words when it does not.
-    explicit IpmiSimulator(const SimulatedModule& module = AModule());
+    explicit IpmiSimulator(const SimulatedModule& module = AModule(),
+                           SystemInterface system_interface = SystemInterface::kNone);
 
     [[nodiscard]] int Port() const { return port_; }
+    [[nodiscard]] int SystemPort() const { return system_port_; }  ///< 0 without such an interface
 
   private:
     bool Start(const std::string& lan_file, const std::string& module_file);
 
     TemporaryFolder folder_;
     int port_ = 0;
+    int system_port_ = 0;
     std::unique_ptr<ChildProcess> process_;
 };
 
