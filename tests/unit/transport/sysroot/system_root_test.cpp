@@ -2,16 +2,17 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <string>
 #include <vector>
 
 #include "support/system_tree.h"
+#include "support/unprivileged_user.h"
 
 namespace {
 
 using test_support::SystemTree;
+using test_support::UnprivilegedUser;
 using Vantix::transport::SystemRoot;
 
 TEST(SystemRootTest, TextIsCleanedAndBytesAreNot) {
@@ -51,14 +52,24 @@ TEST(SystemRootTest, FileIsReadOnceOnly) {
 }
 
 TEST(SystemRootTest, ForbiddenFilesAreRemembered) {
-    if (::geteuid() == 0) GTEST_SKIP() << "root may read everything; run as another user";
     SystemTree tree;
     tree.File("/sys/serial", "S").File("/sys/vendor", "V");
     ASSERT_EQ(::chmod((tree.Root() + "/sys/serial").c_str(), 0000), 0);
+    const UnprivilegedUser user(tree.Root());
     const SystemRoot root(tree.Root());
     EXPECT_EQ(root.ReadText("/sys/serial"), "");
     EXPECT_EQ(root.ReadText("/sys/vendor"), "V");
     EXPECT_EQ(root.DeniedPaths(), std::vector<std::string>{"/sys/serial"});
+}
+
+TEST(SystemRootTest, ForbiddenFoldersAreRemembered) {
+    SystemTree tree;
+    tree.File("/sys/entries/a", "");
+    ASSERT_EQ(::chmod((tree.Root() + "/sys/entries").c_str(), 0000), 0);
+    const UnprivilegedUser user(tree.Root());
+    const SystemRoot root(tree.Root());
+    EXPECT_TRUE(root.List("/sys/entries").empty());
+    EXPECT_EQ(root.DeniedPaths(), std::vector<std::string>{"/sys/entries"});
 }
 
 TEST(SystemRootTest, NamesAreListedInNaturalOrder) {
