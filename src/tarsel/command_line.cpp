@@ -13,6 +13,7 @@
 #include "tarsel/exit_codes.h"
 #include "tarsel/mode_table.h"
 #include "tarsel/option_declarations.h"
+#include "tarsel/option_rules.h"
 
 namespace tarsel {
 namespace {
@@ -77,35 +78,57 @@ std::string ApplyAddress(const char* option, const std::string& text, ScanArgume
 }
 
 // Exactly one of the targets; a switch is one of the chassis that it sits in.
-std::string ApplyTarget(const TargetTexts& targets, ScanArguments& arguments) {
+std::string ApplyTarget(const CLI::App& scan, const TargetTexts& targets,
+                        ScanArguments& arguments) {
     struct Row {
         const std::optional<std::string>& text;
         const char* option;
         TargetKind kind;
     };
+    const std::optional<std::string> local =
+        targets.is_local ? std::optional<std::string>("") : std::nullopt;
     const std::array rows = {
         Row{targets.bmc, "--bmc", TargetKind::kBmc},
         Row{targets.tolv, "--tolv",
             arguments.bay > 0 ? TargetKind::kIoSwitch : TargetKind::kChassis},
         Row{targets.esxi, "--esxi", TargetKind::kHypervisor},
         Row{targets.vesk, "--vesk", TargetKind::kEnclosure},
+        Row{targets.inband, "--inband", TargetKind::kInBand},
+        Row{targets.amd, "--amd", TargetKind::kAmd},
+        Row{local, "--local", TargetKind::kLocal},
     };
     const auto is_given = [](const Row& row) { return row.text.has_value(); };
     if (std::count_if(rows.begin(), rows.end(), is_given) != 1) {
-        return "Give exactly one target: --bmc, --tolv, --esxi or --vesk.";
+        return "Give exactly one target: --bmc, --tolv, --esxi, --vesk, --inband, --amd or "
+               "--local.";
     }
     const auto& row = *std::find_if(rows.begin(), rows.end(), is_given);
     arguments.kind = row.kind;
-    return ApplyAddress(row.option, *row.text, arguments);
+    if (std::string error = MisplacedOption(scan, row.kind, row.option); !error.empty()) {
+        return error;
+    }
+    const bool may_be_found = IsOwnMachine(row.kind) && row.text->empty();
+    return may_be_found ? "" : ApplyAddress(row.option, *row.text, arguments);
 }
 
-CommandLine FinishScan(const TargetTexts& targets, CommandLine result) {
-    if (const std::string error = ApplyTarget(targets, result.scan); !error.empty()) {
+// This machine's BMC can be asked without a user: with an account that it makes for its host, or
+// through its system interface.
+std::string CheckUser(const ScanArguments& arguments) {
+    if (!arguments.user.empty()) return {};
+    if (!IsOwnMachine(arguments.kind)) {
+        return "No user name was given; write USER@ before the host or add --user NAME.";
+    }
+    return IsPasswordSourceGiven(arguments.password)
+               ? "A password needs a user name; write USER@ before the host or add --user NAME."
+               : "";
+}
+
+CommandLine FinishScan(const CLI::App& scan, const TargetTexts& targets, CommandLine result) {
+    if (const std::string error = ApplyTarget(scan, targets, result.scan); !error.empty()) {
         return UsageError(error);
     }
-    if (result.scan.user.empty()) {
-        return UsageError(
-            "No user name was given; write USER@ before the host or add --user NAME.");
+    if (const std::string error = CheckUser(result.scan); !error.empty()) {
+        return UsageError(error);
     }
     result.action = CommandLine::Action::kScan;
     return result;
@@ -119,10 +142,12 @@ CommandLine Parse(std::vector<std::string> arguments) {
     app.footer("\n" + ModeTable() + "\n" + ExitCodeTable());
     app.require_subcommand(1);
     CLI::App* scan = app.add_subcommand("scan", "Scan a target and list its firmware");
-    scan->footer("\n" + ModeTable() +
-                 "\nThe user's password is asked for on the terminal, unless the environment "
-                 "variable\nTARSEL_PASSWORD or one of the password options gives it.\n\n" +
-                 ExitCodeTable());
+    scan->footer(
+        "\n" + ModeTable() +
+        "\nThe user's password is asked for on the terminal, unless the environment "
+        "variable\nTARSEL_PASSWORD or one of the password options gives it. Without a user "
+        "nothing is asked.\n\n" +
+        ExitCodeTable());
     DeclareScanOptions(*scan, targets, result.scan);
     std::reverse(arguments.begin(), arguments.end());  // the library takes them from the back
     try {
@@ -136,7 +161,7 @@ CommandLine Parse(std::vector<std::string> arguments) {
     } catch (const CLI::ParseError& error) {
         return UsageError(Sentence(error.what()));
     }
-    return FinishScan(targets, std::move(result));
+    return FinishScan(*scan, targets, std::move(result));
 }
 
 }  // namespace
@@ -146,11 +171,6 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
         return UsageError(kPasswordHint);
     }
     return Parse(arguments);
-}
-
-std::string TargetText(const ScanArguments& arguments) {
-    const std::string host = Vantix::VantixConnection::HostForUrl(arguments.host);
-    return arguments.port == 0 ? arguments.host : host + ":" + std::to_string(arguments.port);
 }
 
 }  // namespace tarsel

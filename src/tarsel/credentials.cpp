@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "tarsel/target_text.h"
 #include "tarsel/terminal.h"
 
 namespace tarsel {
@@ -67,9 +68,8 @@ PasswordResult FromStandardInput() {
 PasswordResult FromPrompt(const ScanArguments& arguments,
                           const std::function<bool()>& is_interrupted) {
     std::string line;
-    const ReadState state =
-        PromptWithoutEcho("Password for " + arguments.user + "@" + TargetText(arguments) + ": ",
-                          is_interrupted, line);
+    const ReadState state = PromptWithoutEcho(
+        "Password for " + arguments.user + "@" + PeerText(arguments) + ": ", is_interrupted, line);
     if (state == ReadState::kMissing) {
         return Error(
             "There is no password and no terminal to ask for it; use the environment "
@@ -79,12 +79,17 @@ PasswordResult FromPrompt(const ScanArguments& arguments,
     return FromRead(state, std::move(line), "The password prompt");
 }
 
+bool NeedsNoPassword(const ScanArguments& arguments) {
+    return IsOwnMachine(arguments.kind) && arguments.user.empty();
+}
+
 }  // namespace
 
 PasswordResult FindPassword(const ScanArguments& arguments,
                             const std::function<bool()>& is_interrupted) {
     std::string from_environment;
     const bool is_in_environment = TakeEnvironmentVariable(kPasswordVariable, from_environment);
+    if (NeedsNoPassword(arguments)) return FromRead(ReadState::kOk, "", "");
     const PasswordSource& source = arguments.password;
     if (!source.file.empty()) return FromFile(source.file);
     if (source.descriptor >= 0) return FromDescriptor(source.descriptor);

@@ -18,8 +18,9 @@ struct PasswordResult {
     std::string error;  ///< one sentence when there is none; never holds any of it
 };
 
-/// Asks the sources of `arguments`. Always clears the variable, also when another source wins.
-/// `is_interrupted` tells whether the user asked to stop already.
+/// Asks the sources of `arguments`; for this machine without a user the password is empty. Always
+/// clears the variable, also when another source wins. `is_interrupted` tells whether the user
+/// asked to stop already.
 PasswordResult FindPassword(const ScanArguments& arguments,
                             const std::function<bool()>& is_interrupted);
 

@@ -26,7 +26,21 @@ std::string ModeTable() {
            "            IPMI over LAN, UDP port 623, which needs the program ipmitool\n"
            "            an account that may log in and read; over IPMI at least the privilege "
            "USER\n"
-           "            and a password of at most 20 bytes\n";
+           "            and a password of at most 20 bytes\n"
+           "  --inband [BMC]\n"
+           "            this machine: drivers and disks from its system, firmware from its BMC\n"
+           "            Redfish, then CIM-XML, then IPMI, at the address given or at the one that "
+           "the\n"
+           "            machine tells; IPMI through the system interface when no user is given\n"
+           "            with a user as for --bmc; without one root on this machine\n"
+           "  --amd [BMC]\n"
+           "            this machine, of the AMD platform: as --inband, with its PCI devices\n"
+           "            Redfish, then IPMI\n"
+           "            as for --inband\n"
+           "  --local   this machine without its BMC: firmware, RAID controllers, disks, PCI "
+           "devices\n"
+           "            nothing is connected to\n"
+           "            no account; root sees what the kernel keeps from others\n";
 }
 
 }  // namespace tarsel

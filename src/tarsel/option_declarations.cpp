@@ -127,28 +127,24 @@ void AddTargetOptions(CLI::App& scan, TargetTexts& targets, ScanArguments& argum
         return scan.add_option(name, text, what + ": [USER@]HOST[:PORT]")->type_name("TARGET");
     };
     add("--bmc", targets.bmc, "Scan a server through its BMC");
-    auto* chassis = add("--tolv", targets.tolv, "Scan the management module of a blade chassis");
+    add("--tolv", targets.tolv, "Scan the management module of a blade chassis");
     add("--esxi", targets.esxi, "Scan an ESXi host");
     add("--vesk", targets.vesk, "Scan the management module of a dense enclosure");
     scan.add_option("--switch", arguments.bay,
                     "Scan the I/O switch in this bay of the chassis instead of its module")
         ->type_name("BAY")
-        ->check(CLI::Range(1, kHighestBay))
-        ->needs(chassis);
+        ->check(CLI::Range(1, kHighestBay));
 }
 
 void AddBmcOptions(CLI::App& scan, ScanArguments& arguments) {
-    auto* bmc = scan.get_option("--bmc");
-    scan.add_flag("--info-only", arguments.is_info_only, "Read machine type and serial number only")
-        ->needs(bmc);
+    scan.add_flag("--info-only", arguments.is_info_only,
+                  "Read machine type and serial number only");
     scan.add_option("--system-id", arguments.system_id,
                     "Id of the computer system to read (default: the one the BMC manages)")
-        ->type_name("ID")
-        ->needs(bmc);
-    scan.add_flag("--zelvar", arguments.is_zelvar, "The management suite drives this scan")
-        ->needs(bmc);
-    scan.add_flag("--cfc", arguments.is_cfc_system, "The target is a CFC-class system")->needs(bmc);
-    scan.add_flag("--csp", arguments.is_csp_system, "The target is a CSP-class system")->needs(bmc);
+        ->type_name("ID");
+    scan.add_flag("--zelvar", arguments.is_zelvar, "The management suite drives this scan");
+    scan.add_flag("--cfc", arguments.is_cfc_system, "The target is a CFC-class system");
+    scan.add_flag("--csp", arguments.is_csp_system, "The target is a CSP-class system");
 }
 
 CLI::Option* AddPort(CLI::App& scan, const char* name, int& port, const std::string& text) {
@@ -157,42 +153,53 @@ CLI::Option* AddPort(CLI::App& scan, const char* name, int& port, const std::str
 }
 
 void AddCimOptions(CLI::App& scan, ScanArguments& arguments) {
-    auto* enclosure = scan.get_option("--vesk");
-    AddPort(scan, "--cim-port", arguments.cim_port, "Port of the CIM service (default: 5989)")
-        ->excludes(enclosure);
+    AddPort(scan, "--cim-port", arguments.cim_port, "Port of the CIM service (default: 5989)");
     scan.add_flag("--cim-http", arguments.is_cim_http,
                   "Read CIM without TLS, from port 5988 unless given: everything can be read and "
-                  "changed in between; user and password are sent only with --insecure")
-        ->excludes(enclosure);
+                  "changed in between; user and password are sent only with --insecure");
     scan.add_option("--cim-namespace", arguments.cim_namespace,
                     "Namespace of the CIM inventory (default: the usual ones, in order)")
-        ->type_name("NAME")
-        ->excludes(enclosure);
+        ->type_name("NAME");
 }
 
 void AddIpmiOptions(CLI::App& scan, ScanArguments& arguments) {
     constexpr int kHighestSuite = 17;
     constexpr int kLongestInterval = 60;
-    auto* enclosure = scan.get_option("--vesk");
-    AddPort(scan, "--ipmi-port", arguments.ipmi_port, "UDP port of IPMI over LAN (default: 623)")
-        ->needs(enclosure);
+    AddPort(scan, "--ipmi-port", arguments.ipmi_port, "UDP port of IPMI over LAN (default: 623)");
     scan.add_option("--ipmi-cipher", arguments.ipmi_cipher,
                     "IPMI cipher suite (default: 17, then 3)")
         ->type_name("N")
-        ->check(CLI::Range(1, kHighestSuite))
-        ->needs(enclosure);
+        ->check(CLI::Range(1, kHighestSuite));
     scan.add_option("--ipmi-interval", arguments.ipmi_interval_seconds,
                     "Pause between two IPMI sessions")
         ->type_name("SECONDS")
         ->check(CLI::Range(0, kLongestInterval))
-        ->capture_default_str()
-        ->needs(enclosure);
+        ->capture_default_str();
+}
+
+void AddOwnMachineOptions(CLI::App& scan, TargetTexts& targets, ScanArguments& arguments) {
+    const auto add = [&scan](const char* name, std::optional<std::string>& text,
+                             const std::string& what) {
+        // The address may be missing.
+        scan.add_option(name, text,
+                        what + "; the BMC at [USER@]HOST[:PORT], or where the machine says it is")
+            ->expected(0, 1)
+            ->type_name("[BMC]");
+    };
+    add("--inband", targets.inband, "Scan this machine with its BMC");
+    add("--amd", targets.amd, "Scan this machine, of the AMD platform, with its BMC");
+    scan.add_flag("--local", targets.is_local, "Scan this machine without any BMC or login");
+    scan.add_option("--sysroot", arguments.system_root,
+                    "Read the machine tree recorded in this folder instead of /")
+        ->type_name("DIR")
+        ->check(CLI::ExistingDirectory);
 }
 
 }  // namespace
 
 void DeclareScanOptions(CLI::App& scan, TargetTexts& targets, ScanArguments& arguments) {
     AddTargetOptions(scan, targets, arguments);
+    AddOwnMachineOptions(scan, targets, arguments);
     AddBmcOptions(scan, arguments);
     AddCredentialOptions(scan, arguments);
     AddOutputOptions(scan, arguments);

@@ -1,5 +1,5 @@
-// The options of `tarsel scan`: names, help texts, ranges, and which of them go together. What they
-// mean for one another beyond that is the parser's affair.
+// The options of `tarsel scan`: names, help texts and ranges. Which of them go with which target is
+// said by option_rules.h.
 #pragma once
 
 #include <optional>
@@ -13,12 +13,16 @@ class App;
 
 namespace tarsel {
 
-/// The targets as they were written; exactly one must be there.
+/// The targets as they were written; exactly one must be there. An empty text is a target given
+/// without an address.
 struct TargetTexts {
     std::optional<std::string> bmc;
     std::optional<std::string> tolv;
     std::optional<std::string> esxi;
     std::optional<std::string> vesk;
+    std::optional<std::string> inband;
+    std::optional<std::string> amd;
+    bool is_local = false;
 };
 
 /// Adds the options to the subcommand; parsing writes into `targets` and `arguments`, which must

@@ -12,14 +12,32 @@ struct PasswordSource {
     bool is_stdin = false;  ///< first line of the standard input
 };
 
+constexpr bool IsPasswordSourceGiven(const PasswordSource& source) {
+    return !source.file.empty() || source.descriptor >= 0 || source.is_stdin;
+}
+
 /// What is scanned.
-enum class TargetKind { kBmc, kChassis, kIoSwitch, kHypervisor, kEnclosure };
+enum class TargetKind {
+    kBmc,
+    kChassis,
+    kIoSwitch,
+    kHypervisor,
+    kEnclosure,
+    kInBand,  ///< this machine, with its BMC
+    kAmd,     ///< this machine, of the AMD platform
+    kLocal    ///< this machine, without any BMC
+};
+
+/// True for what is scanned from its own operating system.
+constexpr bool IsOwnMachine(TargetKind kind) {
+    return kind == TargetKind::kInBand || kind == TargetKind::kAmd || kind == TargetKind::kLocal;
+}
 
 /// `tarsel scan`. Durations are in seconds.
 struct ScanArguments {
     TargetKind kind = TargetKind::kBmc;
     int bay = 0;       ///< of the I/O switch; 0: none
-    std::string host;  ///< no brackets
+    std::string host;  ///< no brackets; empty: this machine, its BMC to be found
     int port = 0;      ///< 0: the protocol's default
     std::string user;
     PasswordSource password;
@@ -57,9 +75,7 @@ struct ScanArguments {
     bool is_zelvar = false;
     bool is_cfc_system = false;
     bool is_csp_system = false;
+    std::string system_root;  ///< folder that stands for "/" of this machine; empty: "/"
 };
-
-/// The target as messages name it: host, and port where one was given.
-std::string TargetText(const ScanArguments& arguments);
 
 }  // namespace tarsel

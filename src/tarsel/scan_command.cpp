@@ -27,6 +27,7 @@
 #include "tarsel/scan_options.h"
 #include "tarsel/state_folder.h"
 #include "tarsel/status_block.h"
+#include "tarsel/target_text.h"
 #include "tarsel/terminal.h"
 #include "tarsel/terminal_progress_bar.h"
 
@@ -39,7 +40,7 @@ using Vantix::VantixConnection::RunContext;
 using Vantix::VantixConnection::SourceStatus;
 
 constexpr const char* kSource = "tarsel/scan_command";
-// The keys under which the scan through a BMC asks for its estimate.
+// The key under which the scan through a BMC asks for its estimate.
 constexpr const char* kEstimateKey = "None_None";
 // Word for word what a CIM connection says itself, so that it is shown once: before the scan where
 // CIM is sure to be used.
@@ -113,6 +114,13 @@ TarselResult TellingResult(const TarselResult& result, const TarselResult& last_
     return is_mute && !last_failure.IsSucceed() ? last_failure : result;
 }
 
+// What the scan paths ask their estimates for; empty for those that ask for none.
+std::string DurationKey(TargetKind kind, const service::UpdateScanReport& report) {
+    if (kind == TargetKind::kBmc) return TimeEstimation::KeyFor(kEstimateKey, report.GetMT());
+    if (kind != TargetKind::kInBand) return {};
+    return TimeEstimation::KeyFor(report.GetMT() + "-" + report.GetArch(), report.GetOS());
+}
+
 bool HasAnswered(const std::vector<SourceStatus>& sources) {
     return std::any_of(sources.begin(), sources.end(),
                        [](const SourceStatus& source) { return source.items_read > 0; });
@@ -166,11 +174,12 @@ void ScanRun::SayOnce(const std::string& sentence) {
 
 void ScanRun::WarnAboutSecurity() {
     if (arguments_.is_insecure) {
-        SayOnce("The certificate of " + target_ +
+        SayOnce("The certificate of " + PeerText(arguments_) +
                 " is not checked (--insecure); anybody in between can read the password.");
     }
     if (arguments_.is_tls_legacy) {
-        SayOnce("Weak TLS versions and keys are accepted from " + target_ + " (--tls-legacy).");
+        SayOnce("Weak TLS versions and keys are accepted from " + PeerText(arguments_) +
+                " (--tls-legacy).");
     }
     if (arguments_.is_cim_http && IsCimCertain(arguments_.kind)) {
         SayOnce(arguments_.is_insecure ? kCimWithoutTls : kCimWithoutLogin);
@@ -225,7 +234,7 @@ void ScanRun::PrintTables() {
     if (!HasSomethingToSave()) return;
     std::ostringstream tables;
     tables.imbue(std::locale::classic());
-    service::SerializeScanReport::PrintResult(report_, tables, arguments_.scan_type);
+    service::SerializeScanReport::PrintResult(report_, tables, TableScopeFor(arguments_.scan_type));
     if (WriteStandardOutput(tables.str()) == WriteState::kFailed) {
         Fail("The tables cannot be written to the standard output; the scan file has them.");
     }
@@ -251,12 +260,11 @@ void ScanRun::SaveCommonResult() {
 }
 
 void ScanRun::RememberDuration() {
-    // Only the scan through a BMC asks for an estimate.
-    if (arguments_.kind != TargetKind::kBmc) return;
+    const std::string key = DurationKey(arguments_.kind, report_);
+    if (key.empty()) return;
     if (!result_.IsSucceed() || arguments_.is_info_only || run_->IsPartial()) return;
     const auto elapsed = std::chrono::ceil<std::chrono::seconds>(finished_ - started_);
-    TimeEstimation::getInstance()->RememberScan(
-        TimeEstimation::KeyFor(kEstimateKey, report_.GetMT()), static_cast<int>(elapsed.count()));
+    TimeEstimation::getInstance()->RememberScan(key, static_cast<int>(elapsed.count()));
 }
 
 void ScanRun::Tell() {

@@ -23,6 +23,12 @@ int ModeFor(TargetKind kind) {
             return Vantix::VantixConnection::kConnectModeEsxi;
         case TargetKind::kEnclosure:
             return Vantix::VantixConnection::kConnectModeEnclosure;
+        case TargetKind::kInBand:
+            return Vantix::VantixConnection::kConnectModeInbandBmc;
+        case TargetKind::kAmd:
+            return Vantix::VantixConnection::kConnectModeAmd;
+        case TargetKind::kLocal:
+            return Vantix::VantixConnection::kConnectModeInbandLocal;
         case TargetKind::kBmc:
             break;
     }
@@ -62,6 +68,7 @@ ConnectOption ConnectOptionFor(const ScanArguments& arguments, const std::string
     option.proxy = arguments.proxy;
     option.use_environment_proxy = arguments.use_environment_proxy;
     option.system_id = arguments.system_id;
+    option.system_root = arguments.system_root;
     option.run = run;
     AddProtocols(arguments, option);
     return option;
@@ -81,6 +88,10 @@ service::UpdateScanOption ScanOptionFor(const ScanArguments& arguments, const st
     option.scan_type = arguments.scan_type;
     option.connect_option = ConnectOptionFor(arguments, password, run);
     return option;
+}
+
+std::string TableScopeFor(const std::string& scan_type) {
+    return scan_type == "fw" ? "fw" : "dd";
 }
 
 }  // namespace tarsel

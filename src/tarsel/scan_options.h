@@ -9,9 +9,13 @@
 
 namespace tarsel {
 
-/// The record for a scan through the BMC.
+/// The record for a scan of the target.
 service::UpdateScanOption ScanOptionFor(
     const ScanArguments& arguments, const std::string& password,
     const std::shared_ptr<Vantix::VantixConnection::RunContext>& run);
+
+/// The scope with which the tables are printed: they list drivers in the scope "dd" alone, and
+/// whoever scanned all wants to see them, too.
+std::string TableScopeFor(const std::string& scan_type);
 
 }  // namespace tarsel

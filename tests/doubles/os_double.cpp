@@ -27,4 +27,8 @@ std::int64_t MonotonicSeconds() {
     return PlatformDouble::Current().MonotonicSeconds();
 }
 
+bool ReplaceFile(const std::string& path, const std::string& text) {
+    return PlatformDouble::Current().ReplaceFile(path, text);
+}
+
 }  // namespace Vantix

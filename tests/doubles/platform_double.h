@@ -144,6 +144,7 @@ class PlatformDouble {
     MOCK_METHOD(std::string, DirectoryOfModuleFile, (const Text&));
     MOCK_METHOD(void, SleepMilliseconds, (std::uint32_t));
     MOCK_METHOD(std::int64_t, MonotonicSeconds, ());
+    MOCK_METHOD(bool, ReplaceFile, (const Text&, const Text&));
 };
 
 using StrictPlatform = testing::StrictMock<PlatformDouble>;

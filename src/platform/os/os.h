@@ -27,4 +27,10 @@ std::int64_t MonotonicSeconds();
 /// that belongs to somebody else, or of a device, is left alone.
 bool MakePrivateFile(const std::string& path);
 
+/// Makes `path` a new file of this user that holds `text`, with the usual mode, in place of
+/// whatever file had that name: a link that stood there is replaced, never followed, so that nobody
+/// else can choose the file that is written in a folder for everybody. False on failure; what was
+/// there then stays.
+bool ReplaceFile(const std::string& path, const std::string& text);
+
 }  // namespace Vantix

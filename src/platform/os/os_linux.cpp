@@ -5,8 +5,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
+#include <cstdio>
 #include <filesystem>
+#include <random>
 #include <system_error>
 #include <thread>
 
@@ -33,6 +36,17 @@ std::string FindModuleDirectory() {
     const auto* own_address = reinterpret_cast<const void*>(&FindModuleDirectory);
     if (dladdr(own_address, &info) == 0 || info.dli_fname == nullptr) return {};
     return DirectoryOfModuleFile(PathOfModule(info.dli_fname).string());
+}
+
+bool WriteAll(int file, const std::string& text) {
+    std::size_t written = 0;
+    while (written < text.size()) {
+        const ssize_t count = write(file, text.data() + written, text.size() - written);
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) return false;
+        written += static_cast<std::size_t>(count);
+    }
+    return true;
 }
 
 }  // namespace
@@ -69,6 +83,20 @@ bool MakePrivateFile(const std::string& path) {
     }
     close(file);
     return true;
+}
+
+bool ReplaceFile(const std::string& path, const std::string& text) {
+    std::random_device random;
+    const std::string aside = path + "." + std::to_string(random()) + ".new";
+    constexpr mode_t kUsualMode = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+    // A name that somebody has guessed and taken is refused.
+    const int file = open(aside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kUsualMode);
+    if (file < 0) return false;
+    const bool is_written = WriteAll(file, text);
+    const bool is_closed = close(file) == 0;
+    if (is_written && is_closed && rename(aside.c_str(), path.c_str()) == 0) return true;
+    unlink(aside.c_str());
+    return false;
 }
 
 }  // namespace Vantix

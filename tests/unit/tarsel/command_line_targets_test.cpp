@@ -83,15 +83,17 @@ TEST_P(CommandLineTwoTargetsTest, AreOneTooMany) {
     ExpectUsageError(Scan(GetParam()), "exactly one target");
 }
 
-INSTANTIATE_TEST_SUITE_P(Pairs, CommandLineTwoTargetsTest,
-                         testing::Values(Arguments{"--bmc", kTarget, "--tolv", kTarget},
-                                         Arguments{"--bmc", kTarget, "--esxi", kTarget},
-                                         Arguments{"--esxi", kTarget, "--vesk", kTarget},
-                                         Arguments{"--tolv", kTarget, "--switch", "1", "--vesk",
-                                                   kTarget}));
+INSTANTIATE_TEST_SUITE_P(
+    Pairs, CommandLineTwoTargetsTest,
+    testing::Values(Arguments{"--bmc", kTarget, "--tolv", kTarget},
+                    Arguments{"--bmc", kTarget, "--esxi", kTarget},
+                    Arguments{"--esxi", kTarget, "--vesk", kTarget},
+                    Arguments{"--tolv", kTarget, "--switch", "1", "--vesk", kTarget},
+                    Arguments{"--local", "--bmc", kTarget}, Arguments{"--inband", "--amd"},
+                    Arguments{"--inband", "--local"}));
 
 TEST(CommandLineTargetsTest, MissingTargetNamesAllOfThem) {
-    ExpectUsageError(Scan({}), "--bmc, --tolv, --esxi or --vesk");
+    ExpectUsageError(Scan({}), "--bmc, --tolv, --esxi, --vesk, --inband, --amd or --local");
 }
 
 TEST(CommandLineTargetsTest, BayIsTaken) {
@@ -196,7 +198,8 @@ TEST_P(ModeTableTest, NamesTheOption) {
 
 INSTANTIATE_TEST_SUITE_P(Options, ModeTableTest,
                          testing::Values("--bmc", "--tolv ", "--tolv --switch BAY\n", "--esxi",
-                                         "--vesk"));
+                                         "--vesk", "--inband [BMC]\n", "--amd [BMC]\n",
+                                         "--local "));
 
 TEST(ModeTableTest, FitsATerminalOfUsualWidth) {
     std::istringstream lines(ModeTable());

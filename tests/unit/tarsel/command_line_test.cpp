@@ -256,15 +256,5 @@ TEST(CommandLineTest, VersionIsThatOfTheLibrary) {
     EXPECT_EQ(command.text, std::string("tarsel ") + TarselVersion() + "\n");
 }
 
-TEST(CommandLineTest, TargetTextPutsAPortBehindTheHost) {
-    ScanArguments arguments;
-    arguments.host = "::1";
-    EXPECT_EQ(TargetText(arguments), "::1");
-    arguments.port = 8443;
-    EXPECT_EQ(TargetText(arguments), "[::1]:8443");
-    arguments.host = "127.0.0.1";
-    EXPECT_EQ(TargetText(arguments), "127.0.0.1:8443");
-}
-
 }  // namespace
 }  // namespace tarsel

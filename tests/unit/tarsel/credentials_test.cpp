@@ -53,6 +53,34 @@ TEST_F(CredentialsTest, VariableIsTakenAwayEvenWhenAnotherSourceWins) {
     EXPECT_EQ(std::getenv(kPasswordVariable), nullptr);
 }
 
+class CredentialsOfOwnMachineTest : public CredentialsTest,
+                                    public testing::WithParamInterface<TargetKind> {
+  protected:
+    CredentialsOfOwnMachineTest() { arguments_.kind = GetParam(); }
+};
+
+TEST_P(CredentialsOfOwnMachineTest, WithoutAUserNothingIsAskedFor) {
+    const PasswordResult result = Find();
+    EXPECT_TRUE(result.is_found) << result.error;
+    EXPECT_EQ(result.password, "");
+}
+
+TEST_P(CredentialsOfOwnMachineTest, WithoutAUserTheVariableIsTakenAwayUnused) {
+    setenv(kPasswordVariable, "FakePass1", 1);
+    EXPECT_EQ(Find().password, "");
+    EXPECT_EQ(std::getenv(kPasswordVariable), nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, CredentialsOfOwnMachineTest,
+                         testing::Values(TargetKind::kInBand, TargetKind::kAmd,
+                                         TargetKind::kLocal));
+
+TEST_F(CredentialsTest, UserOfTheOwnBmcNeedsItsPassword) {
+    arguments_.kind = TargetKind::kInBand;
+    arguments_.user = "admin";
+    EXPECT_EQ(FromFile(PrivateFile("FakePass1\n")).password, "FakePass1");
+}
+
 TEST_F(CredentialsTest, FirstLineOfThePrivateFileIsThePassword) {
     EXPECT_EQ(FromFile(PrivateFile("p:\xC3\xA4\"\\ $ \nsecond line\n")).password,
               "p:\xC3\xA4\"\\ $ ");

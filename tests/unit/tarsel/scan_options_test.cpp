@@ -111,12 +111,25 @@ TEST_P(ScanOptionsModeTest, FollowsFromTheKindOfTarget) {
     EXPECT_EQ(OptionFor(arguments).connect_option.connect_mode, GetParam().mode);
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, ScanOptionsModeTest,
-                         testing::Values(ModeCase{TargetKind::kBmc, 2},
-                                         ModeCase{TargetKind::kChassis, 3},
-                                         ModeCase{TargetKind::kHypervisor, 4},
-                                         ModeCase{TargetKind::kIoSwitch, 5},
-                                         ModeCase{TargetKind::kEnclosure, 8}));
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, ScanOptionsModeTest,
+    testing::Values(ModeCase{TargetKind::kBmc, 2}, ModeCase{TargetKind::kChassis, 3},
+                    ModeCase{TargetKind::kHypervisor, 4}, ModeCase{TargetKind::kIoSwitch, 5},
+                    ModeCase{TargetKind::kEnclosure, 8}, ModeCase{TargetKind::kInBand, 1},
+                    ModeCase{TargetKind::kAmd, 9}, ModeCase{TargetKind::kLocal, 16}));
+
+TEST(ScanOptionsTest, RecordedTreeIsHandedOn) {
+    ScanArguments arguments;
+    EXPECT_EQ(OptionFor(arguments).connect_option.system_root, "");
+    arguments.system_root = "recorded";
+    EXPECT_EQ(OptionFor(arguments).connect_option.system_root, "recorded");
+}
+
+TEST(ScanOptionsTest, TablesListDriversWhereverTheyWereScanned) {
+    EXPECT_EQ(TableScopeFor("all"), "dd");
+    EXPECT_EQ(TableScopeFor("dd"), "dd");
+    EXPECT_EQ(TableScopeFor("fw"), "fw");
+}
 
 TEST(ScanOptionsTest, BayIsHandedOn) {
     ScanArguments arguments;

@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <iterator>
 
 #include "platform/os/os.h"
 #include "support/temporary_folder.h"
@@ -81,6 +82,53 @@ TEST(OsTest, ModeOfADeviceIsLeftAlone) {
 TEST(OsTest, PrivateFileInAMissingFolderFails) {
     const TemporaryFolder folder;
     EXPECT_FALSE(MakePrivateFile(folder.Path("no/such")));
+}
+
+TEST(OsTest, ReplacedFileHoldsExactlyTheText) {
+    const TemporaryFolder folder;
+    EXPECT_TRUE(ReplaceFile(folder.Path("new"), "one\ntwo"));
+    EXPECT_EQ(folder.Read("new"), "one\ntwo");
+    EXPECT_TRUE(ReplaceFile(folder.Path("new"), ""));
+    EXPECT_EQ(folder.Read("new"), "");
+}
+
+TEST(OsTest, ReplacedFileHasTheUsualMode) {
+    const TemporaryFolder folder;
+    const mode_t former = umask(022);
+    EXPECT_TRUE(ReplaceFile(folder.Path("new"), "text"));
+    umask(former);
+    EXPECT_EQ(ModeOf(folder.Path("new")), 0644U);
+}
+
+TEST(OsTest, LinkAtTheNameIsReplacedAndNotFollowed) {
+    const TemporaryFolder folder;
+    const std::string precious = folder.Write("precious", "precious");
+    std::filesystem::create_symlink(precious, folder.Path("link"));
+    EXPECT_TRUE(ReplaceFile(folder.Path("link"), "text"));
+    EXPECT_EQ(folder.Read("precious"), "precious");
+    EXPECT_FALSE(std::filesystem::is_symlink(folder.Path("link")));
+    EXPECT_EQ(folder.Read("link"), "text");
+}
+
+TEST(OsTest, SecondNameOfAFileIsReplacedAndTheFileKept) {
+    const TemporaryFolder folder;
+    std::filesystem::create_hard_link(folder.Write("precious", "precious"), folder.Path("second"));
+    EXPECT_TRUE(ReplaceFile(folder.Path("second"), "text"));
+    EXPECT_EQ(folder.Read("precious"), "precious");
+}
+
+TEST(OsTest, FileThatCannotBeReplacedLeavesNothingBehind) {
+    const TemporaryFolder folder;
+    std::filesystem::create_directory(folder.Path("place"));
+    EXPECT_FALSE(ReplaceFile(folder.Path("place"), "text"));
+    EXPECT_TRUE(std::filesystem::is_directory(folder.Path("place")));
+    const std::filesystem::directory_iterator entries(folder.Path(""));
+    EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
+}
+
+TEST(OsTest, FileInAMissingFolderIsNotReplaced) {
+    const TemporaryFolder folder;
+    EXPECT_FALSE(ReplaceFile(folder.Path("no/such"), "text"));
 }
 
 }  // namespace

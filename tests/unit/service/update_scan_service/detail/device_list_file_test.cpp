@@ -2,45 +2,35 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <string>
-
-#include "support/temporary_folder.h"
+#include "doubles/platform_double.h"
 
 namespace service::detail {
 namespace {
 
+using testing::Return;
+
 class DeviceListFileTest : public testing::Test {
   protected:
-    const test_support::TemporaryFolder folder_;
-    const std::string path_ = folder_.Path("devices");
+    doubles::StrictPlatform platform_;
 };
 
 TEST_F(DeviceListFileTest, PlaceIsTheOneWhereItIsLookedFor) {
     EXPECT_STREQ(kDeviceListFile, "/tmp/devsw.list");
 }
 
-TEST_F(DeviceListFileTest, FileIsMadeWithExactlyTheText) {
-    WriteDeviceListFile(path_, "one\ntwo");
-    EXPECT_EQ(folder_.Read("devices"), "one\ntwo");
+TEST_F(DeviceListFileTest, FileIsReplacedByExactlyTheText) {
+    EXPECT_CALL(platform_, ReplaceFile("devices", "one\ntwo")).WillOnce(Return(true));
+    WriteDeviceListFile("devices", "one\ntwo");
 }
 
-TEST_F(DeviceListFileTest, FormerContentIsReplaced) {
-    WriteDeviceListFile(path_, "a much longer text than the next one");
-    WriteDeviceListFile(path_, "short");
-    EXPECT_EQ(folder_.Read("devices"), "short");
-}
-
-TEST_F(DeviceListFileTest, EmptyTextLeavesAnEmptyFile) {
-    WriteDeviceListFile(path_, "");
-    EXPECT_TRUE(std::filesystem::is_regular_file(path_));
-    EXPECT_EQ(std::filesystem::file_size(path_), 0u);
+TEST_F(DeviceListFileTest, EmptyTextIsWrittenToo) {
+    EXPECT_CALL(platform_, ReplaceFile("devices", "")).WillOnce(Return(true));
+    WriteDeviceListFile("devices", "");
 }
 
 TEST_F(DeviceListFileTest, PlaceThatCannotBeWrittenIsIgnored) {
-    std::filesystem::create_directory(path_);
-    EXPECT_NO_THROW(WriteDeviceListFile(path_, "text"));
-    EXPECT_TRUE(std::filesystem::is_directory(path_));
+    EXPECT_CALL(platform_, ReplaceFile("devices", "text")).WillOnce(Return(false));
+    WriteDeviceListFile("devices", "text");
 }
 
 }  // namespace

@@ -1,12 +1,10 @@
 #include "service/update_scan_service/detail/in_band_firmware.h"
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "service/update_scan_service/detail/device_list_file.h"
 #include "support/bmc_scan_test_base.h"
-#include "support/temporary_folder.h"
 
 namespace service::detail {
 namespace {
@@ -111,15 +109,14 @@ TEST_F(InBandFirmwareTest, OtherKindOfRedfishConnectionHasNoReleaseName) {
 }
 
 TEST_F(InBandFirmwareTest, MaintenanceSystemGetsTheDeviceListAsAFile) {
-    const bool existed = std::filesystem::exists(kDeviceListFile);
     os_ = "PLATFORM";
     RedfishGives(0, uefi_);
     EXPECT_CALL(platform_, GetInventoryList(IsConnection(rest_)))
         .WillOnce(Return("invented device list\n"));
+    EXPECT_CALL(platform_, ReplaceFile("/tmp/devsw.list", "invented device list\n"))
+        .WillOnce(Return(true));
     EXPECT_EQ(Read("Tavro").code, 0);
     EXPECT_THAT(log_.Texts(4), ElementsAre("devsw.list:invented device list\n"));
-    EXPECT_EQ(test_support::TemporaryFolder::ReadFile(kDeviceListFile), "invented device list\n");
-    if (!existed) std::filesystem::remove(kDeviceListFile);
 }
 
 TEST_F(InBandFirmwareTest, MaintenanceSystemWithoutRedfishGetsNoDeviceList) {
