@@ -5,6 +5,7 @@ import cim_machines
 import enclosure_module
 import odd_members
 import other_servers
+import own_server
 import rack_server
 
 
@@ -16,6 +17,7 @@ def main():
     other_servers.make_thin()
     odd_members.make()
     cim_machines.make()
+    own_server.make()
 
 
 if __name__ == "__main__":
