@@ -19,5 +19,8 @@ int SystemInfoScan::GetMachineType(const ConnectionInfo& connection,
     if (const auto channel = Vantix::ipmi::IpmiChannel::Of(connection)) {
         return Vantix::system_info::MachineTypeOverIpmi(*channel, mt_sn);
     }
+    if (connection.connect_case == Vantix::VantixConnection::kConnectCaseLocal) {
+        return Vantix::system_info::MachineTypeOfLocalHost(mt_sn);
+    }
     return GET_MACHINE_TYPE_FAILED;
 }

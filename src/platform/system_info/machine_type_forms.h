@@ -22,5 +22,7 @@ int MachineTypeOverRedfish(redfish::RedfishChannel& channel,
                            std::pair<std::string, std::string>& mt_sn);
 int MachineTypeOverCim(cim::CimChannel& channel, std::pair<std::string, std::string>& mt_sn);
 int MachineTypeOverIpmi(ipmi::IpmiChannel& channel, std::pair<std::string, std::string>& mt_sn);
+/// Fails only where nothing describes the machine; tells the user why its type is not known.
+int MachineTypeOfLocalHost(std::pair<std::string, std::string>& mt_sn);
 
 }  // namespace Vantix::system_info
