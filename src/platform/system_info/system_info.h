@@ -45,6 +45,9 @@ class SystemInfoScan {
     static int GetMachineType(const ConnectionInfo& connection,
                               std::pair<std::string, std::string>& mt_sn);
     static int GetDriverData(std::vector<Vantix::DriverData>& drivers);
+    /// The same disks, in the same form, as IBDiskSoftwareIdentity (disk.h) tells them. What that
+    /// told in the active run already is not told again, so that a scan which asks both, one after
+    /// the other, lists each disk once.
     static int GetDiskDriverSoftwareIdentity(std::vector<SoftwareIdentity_>& disks);
     static int GetTolvSoftwareIdentity(const ConnectionInfo& connection,
                                        std::vector<TolvInfo>& list);
