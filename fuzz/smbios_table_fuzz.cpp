@@ -36,6 +36,10 @@ void ReadAll(const SmbiosStructures& structures) {
         RequireClean(slot.designation);
         if (slot.address && PciAddressText(*slot.address).size() != 12) std::abort();
     }
+    for (const SmbiosMemoryDevice& device : ReadSmbiosMemoryDevices(structures)) {
+        RequireClean(device.locator);
+        RequireClean(device.firmware_version);
+    }
     for (const RedfishHostInterface& interface : ReadRedfishHostInterfaces(structures)) {
         RequireClean(interface.service_address);
         RequireClean(interface.service_host_name);

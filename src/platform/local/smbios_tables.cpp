@@ -26,9 +26,9 @@ constexpr const char* kAttributes = "/sys/class/dmi/id";
 // Tables are a few KiB; on the largest machines some hundred.
 constexpr std::size_t kMostTableBytes = 4 * 1024 * 1024;
 
-constexpr std::array kWanted = {transport::kSmbiosBios, transport::kSmbiosSystem,
-                                transport::kSmbiosBaseboard, transport::kSmbiosSlot,
-                                transport::kSmbiosHostInterface};
+constexpr std::array kWanted = {transport::kSmbiosBios,         transport::kSmbiosSystem,
+                                transport::kSmbiosBaseboard,    transport::kSmbiosSlot,
+                                transport::kSmbiosMemoryDevice, transport::kSmbiosHostInterface};
 
 bool IsWanted(int type) {
     return std::find(kWanted.begin(), kWanted.end(), type) != kWanted.end();

@@ -62,6 +62,16 @@ std::vector<SmbiosSlot> ReadSmbiosSlots(const SmbiosStructures& structures) {
     return slots;
 }
 
+std::vector<SmbiosMemoryDevice> ReadSmbiosMemoryDevices(const SmbiosStructures& structures) {
+    std::vector<SmbiosMemoryDevice> devices;
+    for (const SmbiosStructure& structure : structures) {
+        if (structure.type != kSmbiosMemoryDevice) continue;
+        devices.push_back({structure.handle, structure.Text(0x10), structure.Text(0x17),
+                           structure.Text(0x18), structure.Text(0x1a), structure.Text(0x2b)});
+    }
+    return devices;
+}
+
 std::string PciAddressText(const PciAddress& address) {
     return Hex(address.segment, 4) + ":" + Hex(address.bus, 2) + ":" + Hex(address.device, 2) +
            "." + Hex(address.function, 1);

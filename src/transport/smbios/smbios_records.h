@@ -17,6 +17,7 @@ inline constexpr std::uint8_t kSmbiosBios = 0;
 inline constexpr std::uint8_t kSmbiosSystem = 1;
 inline constexpr std::uint8_t kSmbiosBaseboard = 2;
 inline constexpr std::uint8_t kSmbiosSlot = 9;
+inline constexpr std::uint8_t kSmbiosMemoryDevice = 17;
 inline constexpr std::uint8_t kSmbiosHostInterface = 42;
 
 struct SmbiosBios {
@@ -57,6 +58,15 @@ struct SmbiosSlot {
     std::optional<PciAddress> address;  ///< as told, also the meaningless 0000:00:00.0
 };
 
+struct SmbiosMemoryDevice {
+    std::uint16_t handle = 0;  ///< how other tables of the firmware name the module
+    std::string locator;       ///< what is printed beside the socket ("DIMM 4")
+    std::string manufacturer;
+    std::string serial_number;
+    std::string part_number;
+    std::string firmware_version;  ///< modules with firmware of their own only
+};
+
 // The first structure of its type decides; empty when there is none.
 [[nodiscard]] SmbiosBios ReadSmbiosBios(const SmbiosStructures& structures);
 [[nodiscard]] SmbiosSystem ReadSmbiosSystem(const SmbiosStructures& structures);
@@ -64,6 +74,10 @@ struct SmbiosSlot {
 
 /// All slots in the order of the table.
 [[nodiscard]] std::vector<SmbiosSlot> ReadSmbiosSlots(const SmbiosStructures& structures);
+
+/// All memory sockets in the order of the table, empty ones too.
+[[nodiscard]] std::vector<SmbiosMemoryDevice> ReadSmbiosMemoryDevices(
+    const SmbiosStructures& structures);
 
 /// "0000:3b:00.0", as the kernel writes it.
 [[nodiscard]] std::string PciAddressText(const PciAddress& address);

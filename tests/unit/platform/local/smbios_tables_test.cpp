@@ -56,7 +56,7 @@ TEST(SmbiosTablesTest, WithoutTableTheEntriesAreReadInTheirOrder) {
 
 TEST(SmbiosTablesTest, EntriesOfOtherTypesAndNamesAreLeftOut) {
     SystemTree tree;
-    for (const char* name : {"17-0", "9", "-1", "x-1", "99999999999-0", "190-9"}) {
+    for (const char* name : {"16-0", "9", "-1", "x-1", "99999999999-0", "190-9"}) {
         tree.File(kEntries + name + "/raw", AnSmbiosStructure(9, 16).Bytes());
     }
     EXPECT_TRUE(ReadSmbios(SystemRoot(tree.Root())).empty());

@@ -96,6 +96,32 @@ TEST(SmbiosRecordsTest, SlotTooShortForItsNumberHasNone) {
     EXPECT_FALSE(slots[0].id.has_value());
 }
 
+TEST(SmbiosRecordsTest, MemoryDeviceTellsItsFirmware) {
+    const auto devices =
+        ReadSmbiosMemoryDevices(Read(AnSmbiosTable().Add(AnSmbiosStructure(17, 0x54)
+                                                             .Word(2, 0x1100)
+                                                             .Text(0x10, "DIMM 4")
+                                                             .Text(0x17, "Maker")
+                                                             .Text(0x18, "MSER01")
+                                                             .Text(0x1a, "MPART1")
+                                                             .Text(0x2b, "1.2.3"))));
+    ASSERT_EQ(devices.size(), 1u);
+    EXPECT_EQ(devices[0].handle, 0x1100);
+    EXPECT_EQ(devices[0].locator, "DIMM 4");
+    EXPECT_EQ(devices[0].manufacturer, "Maker");
+    EXPECT_EQ(devices[0].serial_number, "MSER01");
+    EXPECT_EQ(devices[0].part_number, "MPART1");
+    EXPECT_EQ(devices[0].firmware_version, "1.2.3");
+}
+
+TEST(SmbiosRecordsTest, OlderMemoryDevicesTellNoFirmware) {
+    const auto devices = ReadSmbiosMemoryDevices(
+        Read(AnSmbiosTable().Add(AnSmbiosStructure(17, 0x1c).Text(0x10, "A").Text(0x1a, "P"))));
+    ASSERT_EQ(devices.size(), 1u);
+    EXPECT_EQ(devices[0].part_number, "P");
+    EXPECT_EQ(devices[0].firmware_version, "");
+}
+
 TEST(SmbiosRecordsTest, AddressesAreWrittenAsTheKernelDoes) {
     EXPECT_EQ(PciAddressText({0, 0, 0, 0}), "0000:00:00.0");
     EXPECT_EQ(PciAddressText({0xabcd, 0xef, 31, 7}), "abcd:ef:1f.7");
