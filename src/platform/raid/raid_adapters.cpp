@@ -47,7 +47,7 @@ RaidAdapters FindRaidAdapters(const transport::SystemRoot& root) {
         adapter.driver = root.LinkName(folder + "/driver");
         adapter.is_served = vendor == kServedVendor;
         adapter.hides_disks = class_code.rfind(kRaidClass, 0) == 0;
-        const bool is_function = !root.Exists(folder + "/physfn");
+        const bool is_function = root.LinkName(folder + "/physfn").empty();
         if (is_function && IsWanted(class_code, adapter.is_served) &&
             !ShowsEachDisk(adapter.driver)) {
             adapters.list.push_back(adapter);

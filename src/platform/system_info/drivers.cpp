@@ -1,0 +1,92 @@
+// The drivers of the local host: what serves its devices, in which version.
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <string>
+#include <utility>
+
+#include "common/result/result_codes.h"
+#include "platform/connection/connection.h"
+#include "platform/local/local_host.h"
+#include "platform/log/log.h"
+#include "platform/system_info/driver_links.h"
+#include "platform/system_info/driver_texts.h"
+#include "platform/system_info/system_info.h"
+#include "transport/text/text_cleaning.h"
+
+namespace {
+
+using namespace Vantix::system_info;  // NOLINT: the family's own readers
+using Vantix::DriverData;
+using Vantix::transport::CleanText;
+using Vantix::transport::ModuleName;
+using Vantix::transport::ModuleNames;
+using Vantix::transport::NaturalLess;
+using Vantix::transport::SystemRoot;
+using Vantix::VantixConnection::ActiveRun;
+using Vantix::VantixConnection::SourceState;
+using Vantix::VantixConnection::SourceStatus;
+
+constexpr const char* kLogSource = "drivers";
+
+// Drivers in the kernel's own sources carry its version.
+std::vector<DriverData> Records(const SystemRoot& root, const DriverLinks& links) {
+    const std::string release = root.ReadText("/proc/sys/kernel/osrelease");
+    ModuleNames names;
+    for (const auto& [name, use] : links.drivers) names.insert(ModuleName(name));
+    const auto descriptions = ReadModuleDescriptions(root, release, names);
+    std::vector<DriverData> records;
+    for (const auto& [name, use] : links.drivers) {
+        const std::string folder = "/sys/module/" + use.module;
+        const auto description = descriptions.find(ModuleName(name));
+        DriverData record;
+        record.Identifier = CleanText(name);
+        record.DevicePresent = use.devices;
+        std::string source_version;
+        if (!use.module.empty()) {
+            record.Version = root.ReadText(folder + "/version");
+            source_version = root.ReadText(folder + "/srcversion");
+        }
+        if (record.Version.empty()) record.Version = release;
+        record.Description = DriverDescription(
+            description == descriptions.end() ? std::string() : description->second,
+            source_version);
+        records.push_back(std::move(record));
+    }
+    std::sort(records.begin(), records.end(), [](const DriverData& left, const DriverData& right) {
+        return NaturalLess(left.Identifier, right.Identifier);
+    });
+    return records;
+}
+
+void Report(SourceState state, std::size_t count, std::string detail) {
+    SourceStatus status;
+    status.source = "drivers";
+    status.state = state;
+    status.items_read = static_cast<int>(count);
+    status.detail = std::move(detail);
+    ActiveRun::Option().run->ReportSource(std::move(status));
+}
+
+}  // namespace
+
+int SystemInfoScan::GetDriverData(std::vector<DriverData>& drivers) {
+    const auto root = Vantix::local::HostRoot();
+    const DriverLinks links = ReadDriverLinks(*root);
+    if (!links.has_buses) {
+        Vantix::Log(1, kLogSource, __LINE__).Stream() << "/sys/bus cannot be read";
+        Report(SourceState::kFailed, 0, "This system shows no devices (/sys/bus).");
+        Vantix::local::ReportDenied(*root);
+        return READ_FILE_FAILED;
+    }
+    std::vector<DriverData> records = Records(*root, links);
+    const std::vector<DriverData> missing = MissingDrivers(links.driverless);
+    Vantix::Log(3, kLogSource, __LINE__).Stream()
+        << records.size() << " drivers, " << missing.size() << " kinds of devices without driver";
+    Report(SourceState::kComplete, records.size() + missing.size(), {});
+    Vantix::local::ReportDenied(*root);
+    std::move(records.begin(), records.end(), std::back_inserter(drivers));
+    drivers.insert(drivers.end(), missing.begin(), missing.end());
+    return SUCCEED;
+}
