@@ -47,7 +47,10 @@ void DiskPlaces::ReadEnclosures() {
 
 void DiskPlaces::ReadEnclosure(const std::string& enclosure) {
     for (const std::string& component : root_.List(enclosure)) {
-        const std::string address = root_.LinkName(enclosure + component + "/device");
+        const std::string link = enclosure + component + "/device";
+        const std::string device = root_.Resolve(link);
+        const std::string address =
+            device.empty() ? root_.LinkName(link) : device.substr(device.rfind('/') + 1);
         // The enclosure's own device link has no component; it is no disk and harms nothing.
         if (address.empty()) continue;
         Slot bay = Bay(Attribute(root_, enclosure + component + "/slot"));

@@ -43,7 +43,8 @@ std::vector<Place> FindPlaces(const SystemRoot& root) {
     for (const std::string& block : root.List(kBlocks)) {
         if (block.rfind("sd", 0) != 0) continue;
         const std::string folder = kBlocks + block + "/device";
-        const std::string address = root.LinkName(folder);
+        const std::string device = root.Resolve(folder);
+        const std::string address = device.substr(device.rfind('/') + 1);
         if (known.count(address) > 0) continue;
         places.push_back({address.empty() ? block : address, folder, block});
     }

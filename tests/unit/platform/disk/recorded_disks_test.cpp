@@ -1,4 +1,5 @@
-// The recorded machine's tree, read in place.
+// Whole machines: one recorded, read in place, and the scenarios' invented server.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -23,6 +24,19 @@ TEST(RecordedDisksTest, OnlyTheDiskThatTellsSomethingOfItselfIsListed) {
     EXPECT_EQ(disks[0].Name, "Samsung SSD 970 PRO 512GB");
     EXPECT_EQ(disks[0].VersionString, "1B2QEXP7");
     EXPECT_EQ(disks[0].SerialNumber, "S680HF8N190894I");
+}
+
+TEST(RecordedDisksTest, InventedServerHasItsFourDisksAndNoVolume) {
+    const transport::SystemRoot root(TARSEL_SCENARIOS "/own-server/sysroot");
+    VantixConnection::RunContext run;
+    std::vector<std::string> texts;
+    for (const auto& disk : SurveyDisks(root, nullptr, run)) {
+        texts.push_back(disk.SoftwareID + " " + disk.VersionString + " " + disk.SerialNumber);
+    }
+    EXPECT_THAT(texts, testing::ElementsAre("EXFLASH 960 EX2.10 EXNVME0001",
+                                            "EXFLASH 960 EX2.11 EXNVME0002",
+                                            "EXSATA 4000 Long Name EX4.07A EXSATA0001",
+                                            "EXSAS-1200 SR05 EXSAS00010000"));
 }
 
 }  // namespace

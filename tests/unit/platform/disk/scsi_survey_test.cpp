@@ -56,17 +56,21 @@ TEST_F(ScsiSurveyTest, DiskThatOnlyTheBlockFolderShowsIsFound) {
     EXPECT_EQ(disks[0].firmware, "DF01");
 }
 
-TEST_F(ScsiSurveyTest, DiskThatBothFoldersShowIsOne) {
-    const std::string device = "/sys/devices/pci0000:00/host0/target0:0:1/0:0:1:0";
-    tree_.File(device + "/model", "DISK01\n")
-        .Folder(device + "/block/sda")
-        .Link(device + "/block/sda/device", "../../../0:0:1:0")
-        .Link("/sys/block/sda", "../devices/pci0000:00/host0/target0:0:1/0:0:1:0/block/sda")
-        .Folder(device + "/scsi_device/0:0:1:0")
-        .Link(device + "/scsi_device/0:0:1:0/device", "../../../0:0:1:0")
-        .Link("/sys/class/scsi_device/0:0:1:0",
-              "../../devices/pci0000:00/host0/target0:0:1/0:0:1:0/scsi_device/0:0:1:0");
-    EXPECT_EQ(Survey().size(), 1u);
+TEST_F(ScsiSurveyTest, DiskThatBothFoldersShowIsOneHoweverTheLinkIsWritten) {
+    for (const std::string target : {"../../../0:0:1:0", "../.."}) {
+        test_support::SystemTree tree;
+        const std::string device = "/sys/devices/pci0000:00/host0/target0:0:1/0:0:1:0";
+        tree.File(device + "/model", "DISK01\n")
+            .Folder(device + "/block/sda")
+            .Link(device + "/block/sda/device", target)
+            .Link("/sys/block/sda", "../devices/pci0000:00/host0/target0:0:1/0:0:1:0/block/sda")
+            .Folder(device + "/scsi_device/0:0:1:0")
+            .Link(device + "/scsi_device/0:0:1:0/device", "../../../0:0:1:0")
+            .Link("/sys/class/scsi_device/0:0:1:0",
+                  "../../devices/pci0000:00/host0/target0:0:1/0:0:1:0/scsi_device/0:0:1:0");
+        const transport::SystemRoot root(tree.Root());
+        EXPECT_EQ(SurveyScsiDisks(root, DiskPlaces(root)).size(), 1u) << target;
+    }
 }
 
 TEST_F(ScsiSurveyTest, InquiryFileStandsInForMissingAttributes) {
