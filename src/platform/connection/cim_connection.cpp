@@ -8,6 +8,7 @@
 #include "platform/cim/cim_target.h"
 #include "platform/cim/service_probe.h"
 #include "platform/connection/connection.h"
+#include "platform/connection/inband_target.h"
 #include "platform/log/log_settings.h"
 
 namespace Vantix::VantixConnection {
@@ -47,6 +48,13 @@ TarselResult Refuse(const ConnectOption& option) {
                             "the scan again.");
 }
 
+// The account that a BMC gives to its own machine is one of Redfish alone.
+TarselResult NeedUser(const ConnectOption& option) {
+    return TarselResult(CONNECTION_FAILED,
+                        "CIM on " + cim::CimTargetOf(option) +
+                            " needs a user name and password; give them with --user.");
+}
+
 void SaySecurity(const ConnectOption& option) {
     if (!option.cim_plain_http) return;
     option.run->AddNotice(option.verify_certificate
@@ -80,13 +88,16 @@ TarselResult WithEarlier(const TarselResult& result, const TarselResult& before)
 
 }  // namespace
 
-TarselResult FetchCIMConnectionList(const ConnectOption& option,
+TarselResult FetchCIMConnectionList(const ConnectOption& wanted,
                                     std::vector<ConnectionInfo>& list) {
     list.clear();
-    if (option.run->IsCancelled()) return TarselResult(INTERRUPTED_BY_USER);
+    if (wanted.run->IsCancelled()) return TarselResult(INTERRUPTED_BY_USER);
+    ConnectOption option = wanted;
+    if (TarselResult found = FillInbandAddress(option); !found.IsSucceed()) return found;
     const TarselResult before = option.run->LastFailure();
     if (!before.IsSucceed() && SharesItsFate(before, *option.run)) return before;
     if (!option.run->MayTryLogin()) return Refuse(option);
+    if (IsInband(option) && option.user.empty()) return NeedUser(option);
     AddLogSecret(option.password);
     SaySecurity(option);
     auto channel = std::make_shared<cim::CimChannel>(

@@ -139,6 +139,10 @@ class ActiveRun {
     std::shared_ptr<const void> host_root_;
 };
 
+// In the modes that scan the machine they run on with its BMC, an empty address is looked up in the
+// machine's Redfish host interface record, and without a user the BMC is asked for an account
+// (KCS_CONNECT_FAILED when it gives none).
+//
 // Every function below resets its output first and reports: AUTHENTICATION_FAILED when the target
 // refused user or password (or the run's login budget is spent), CONNECTION_FAILED when nobody
 // answered, code 36 when the certificate was not trusted, and further codes named below. The
@@ -156,9 +160,9 @@ class ActiveRun {
 [[nodiscard]] TarselResult FetchCIMConnectionList(const ConnectOption& option,
                                                   std::vector<ConnectionInfo>& list);
 
-/// IPMI over LAN, or this machine's own BMC where `target_address` is empty. Further codes: 51 a
-/// password that IPMI cannot carry (nothing was sent then), 63 no session could be agreed on,
-/// TIMEOUT, code 47 interrupted. Both functions deliver the same connection.
+/// IPMI over LAN, or this machine's own BMC where `target_address` is empty or, in-band, `user`.
+/// Further codes: 51 a password that IPMI cannot carry (nothing was sent then), 63 no session could
+/// be agreed on, TIMEOUT, code 47 interrupted. Both functions deliver the same connection.
 [[nodiscard]] TarselResult FetchIPMIConnection(const ConnectOption& option,
                                                ConnectionInfo& connection);
 [[nodiscard]] TarselResult FetchIPMIConnectionList(const ConnectOption& option,

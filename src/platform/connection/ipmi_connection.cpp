@@ -5,6 +5,7 @@
 
 #include "common/result/result_codes.h"
 #include "platform/connection/connection.h"
+#include "platform/connection/inband_target.h"
 #include "platform/ipmi/ipmi_channel.h"
 #include "platform/ipmi/ipmi_errors.h"
 #include "platform/ipmi/ipmi_target.h"
@@ -65,10 +66,18 @@ ConnectionInfo InfoOf(const ConnectOption& option) {
     return info;
 }
 
+// Without an account the machine's own BMC is still open to it through the kernel's device.
+ConnectOption TargetOf(const ConnectOption& wanted) {
+    ConnectOption option = wanted;
+    if (IsInband(option) && option.user.empty()) option.target_address.clear();
+    return option;
+}
+
 }  // namespace
 
-TarselResult FetchIPMIConnection(const ConnectOption& option, ConnectionInfo& connection) {
+TarselResult FetchIPMIConnection(const ConnectOption& wanted, ConnectionInfo& connection) {
     connection = ConnectionInfo();
+    const ConnectOption option = TargetOf(wanted);
     const TarselResult start = MayStart(option);
     if (!start.IsSucceed()) return start;
     AddLogSecret(option.password);

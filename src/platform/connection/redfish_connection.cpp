@@ -6,6 +6,7 @@
 #include "common/result/result_codes.h"
 #include "platform/connection/connection.h"
 #include "platform/connection/https_target.h"
+#include "platform/connection/inband_target.h"
 #include "platform/connection/redfish_errors.h"
 #include "platform/log/log.h"
 #include "platform/log/log_settings.h"
@@ -58,9 +59,12 @@ TarselResult Refuse(const ConnectOption& option) {
 
 }  // namespace
 
-TarselResult GetRESTConnection(const ConnectOption& option, ConnectionInfo& connection) {
+TarselResult GetRESTConnection(const ConnectOption& wanted, ConnectionInfo& connection) {
     connection = ConnectionInfo();
+    ConnectOption option = wanted;
+    if (TarselResult found = FillInbandAddress(option); !found.IsSucceed()) return found;
     if (!option.run->MayTryLogin()) return Refuse(option);
+    if (TarselResult got = FillInbandAccount(option); !got.IsSucceed()) return got;
     AddLogSecret(option.password);
     auto channel = std::make_shared<redfish::RedfishChannel>(
         option, std::make_unique<transport::CurlTransport>(CurlSettingsOf(option)),

@@ -93,6 +93,16 @@ std::string RunContext::Recall(const std::string& key) const {
     return found == findings_.end() ? std::string() : found->second;
 }
 
+void RunContext::KeepAccount(BmcAccount account) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    account_ = std::move(account);
+}
+
+BmcAccount RunContext::KeptAccount() const {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return account_;
+}
+
 void RunContext::ReportSource(SourceStatus status) {
     const std::lock_guard<std::mutex> lock(mutex_);
     const auto known =

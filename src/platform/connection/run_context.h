@@ -38,6 +38,12 @@ struct SourceStatus {
 /// True when a required source is known but was not read completely.
 TARSEL_EXPORT bool IsGap(const SourceStatus& status);
 
+/// An account that a BMC made for this run.
+struct BmcAccount {
+    std::string user;      ///< empty: there is none
+    std::string password;  ///< never logged
+};
+
 class TARSEL_EXPORT RunContext {
   public:
     /// `login_attempts`: how many refused logins this run may cause at its target (at least 1).
@@ -73,6 +79,10 @@ class TARSEL_EXPORT RunContext {
     void Remember(const std::string& key, const std::string& value);
     [[nodiscard]] std::string Recall(const std::string& key) const;
 
+    /// The account that the BMC made for this run, kept so that it need not make another one.
+    void KeepAccount(BmcAccount account);
+    [[nodiscard]] BmcAccount KeptAccount() const;
+
     // ---- completeness ---------------------------------------------------------------------------
     /// Stores the status of a source; a later one of the same name replaces it.
     void ReportSource(SourceStatus status);
@@ -98,6 +108,7 @@ class TARSEL_EXPORT RunContext {
     TarselResult last_failure_;
     bool may_other_ports_answer_ = true;
     std::map<std::string, std::string> findings_;
+    BmcAccount account_;
     std::vector<SourceStatus> sources_;
     std::vector<std::string> notices_;
 };

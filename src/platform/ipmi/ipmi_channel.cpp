@@ -1,7 +1,6 @@
 #include "platform/ipmi/ipmi_channel.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <iterator>
 #include <utility>
 
@@ -55,26 +54,17 @@ std::shared_ptr<IpmiChannel> IpmiChannel::Of(const ConnectionInfo& connection) {
         return std::static_pointer_cast<IpmiChannel>(connection.channel);
     }
     if (!connection.host.empty()) return nullptr;
-    auto channel =
-        std::make_shared<IpmiChannel>(ConnectOption(), SystemCommandRunner(), SystemClock());
+    ConnectOption option = VantixConnection::ActiveRun::Option();
+    option.target_address.clear();
+    auto channel = std::make_shared<IpmiChannel>(option, SystemCommandRunner(), SystemClock());
     const IpmiFailure failure = channel->Open();
     if (!failure) return channel;
     Log(2, kLogSource, __LINE__).Stream() << "Local IPMI is not usable: " << failure.text;
     return nullptr;
 }
 
-bool IpmiChannel::HasLocalDevice() const {
-    for (const char* name : {"dev/ipmi0", "dev/ipmi/0", "dev/ipmidev/0"}) {
-        std::error_code ignored;
-        if (std::filesystem::exists(std::filesystem::path(root_folder_) / name, ignored)) {
-            return true;
-        }
-    }
-    return false;
-}
-
 IpmiFailure IpmiChannel::Open() {
-    if (option_.target_address.empty() && !HasLocalDevice()) {
+    if (option_.target_address.empty() && !HasLocalIpmiDevice(option_, root_folder_)) {
         return {IpmiProblem::kNoDevice, "there is neither /dev/ipmi0 nor another IPMI device"};
     }
     const std::string silence = option_.run->Recall(IpmiSilenceKey(option_));

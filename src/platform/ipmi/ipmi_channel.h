@@ -66,7 +66,6 @@ class IpmiChannel {
     using RawRequests = std::vector<transport::RawRequest>;
     using RawAnswers = std::vector<transport::RawAnswer>;
 
-    [[nodiscard]] bool HasLocalDevice() const;
     [[nodiscard]] transport::IpmiFailure Identify();
     [[nodiscard]] transport::IpmiFailure Ask(const RawRequests& requests, RawAnswers& answers);
     [[nodiscard]] transport::FruData ReadFru(std::uint8_t id, transport::FruSize size,

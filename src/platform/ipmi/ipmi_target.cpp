@@ -1,6 +1,9 @@
 #include "platform/ipmi/ipmi_target.h"
 
+#include <filesystem>
+
 #include "platform/connection/target_address.h"
+#include "transport/sysroot/system_root.h"
 
 namespace Vantix::ipmi {
 
@@ -12,6 +15,16 @@ int IpmiPortOf(const ConnectOption& option) {
 
 transport::IpmiTarget IpmiTargetOf(const ConnectOption& option) {
     return {option.target_address, IpmiPortOf(option), option.user, option.password};
+}
+
+bool HasLocalIpmiDevice(const ConnectOption& option, const std::string& root_folder) {
+    if (!transport::SystemRoot(option.system_root).IsThisMachine()) return false;
+    for (const char* name : {"dev/ipmi0", "dev/ipmi/0", "dev/ipmidev/0"}) {
+        std::error_code ignored;
+        if (std::filesystem::exists(std::filesystem::path(root_folder) / name, ignored))
+            return true;
+    }
+    return false;
 }
 
 std::string IpmiTargetText(const ConnectOption& option) {

@@ -13,6 +13,11 @@ int IpmiPortOf(const VantixConnection::ConnectOption& option);
 
 transport::IpmiTarget IpmiTargetOf(const VantixConnection::ConnectOption& option);
 
+/// True when this machine has a device node for its own BMC below `root_folder`, and the scan may
+/// use it: not where the run reads a recorded tree instead of this machine.
+bool HasLocalIpmiDevice(const VantixConnection::ConnectOption& option,
+                        const std::string& root_folder = "/");
+
 /// As it stands in messages: "[::1]:623", or "this machine's BMC".
 std::string IpmiTargetText(const VantixConnection::ConnectOption& option);
 

@@ -136,5 +136,13 @@ TEST(RunContextTest, EveryStateHasItsWord) {
     EXPECT_STREQ(SourceStateText(SourceState::kNotTried), "not tried");
 }
 
+TEST(RunContextTest, AccountIsKeptAndThereIsNoneAtFirst) {
+    RunContext run;
+    EXPECT_EQ(run.KeptAccount().user, "");
+    run.KeepAccount({"host1", "invented-pass"});
+    EXPECT_EQ(run.KeptAccount().user, "host1");
+    EXPECT_EQ(run.KeptAccount().password, "invented-pass");
+}
+
 }  // namespace
 }  // namespace Vantix::VantixConnection
