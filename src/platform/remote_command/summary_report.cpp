@@ -1,35 +1,16 @@
 #include <charconv>
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
-#include <limits>
 #include <optional>
 #include <pugixml.hpp>
 #include <string_view>
 
 #include "platform/remote_command/remote_command.h"
+#include "platform/remote_command/small_file.h"
 #include "transport/text/text_cleaning.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
-constexpr std::uintmax_t kMostBytes = 4 * 1024 * 1024;
 constexpr std::size_t kMostMessageCharacters = 4000;
-
-// A folder, a pipe or a device is no summary, and reading one may never end.
-std::optional<std::string> ReadSmallFile(const std::string& path) {
-    std::error_code error;
-    const fs::path file(path);
-    if (!fs::is_regular_file(fs::symlink_status(file, error))) return std::nullopt;
-    const std::uintmax_t size = fs::file_size(file, error);
-    if (error || size > kMostBytes) return std::nullopt;
-    std::ifstream stream(file, std::ios::binary);
-    std::string content(static_cast<std::size_t>(size), '\0');
-    stream.read(content.data(), static_cast<std::streamsize>(content.size()));
-    if (stream.gcount() != static_cast<std::streamsize>(content.size())) return std::nullopt;
-    return content;
-}
 
 template <typename Number>
 std::optional<Number> WholeNumber(std::string_view text, int base) {
@@ -56,7 +37,7 @@ std::optional<std::int32_t> ParseCode(std::string_view text) {
 bool SummaryReport::ExtractSummaryResult(const std::string& path, int& code, std::string& message) {
     using Vantix::transport::CleanStart;
     using Vantix::transport::CleanText;
-    const std::optional<std::string> content = ReadSmallFile(path);
+    const std::optional<std::string> content = Vantix::remote::ReadSmallFile(path);
     if (!content) return false;
     pugi::xml_document document;
     if (!document.load_buffer(content->data(), content->size(), pugi::parse_default)) return false;
