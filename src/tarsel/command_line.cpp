@@ -93,14 +93,15 @@ std::string ApplyTarget(const CLI::App& scan, const TargetTexts& targets,
             arguments.bay > 0 ? TargetKind::kIoSwitch : TargetKind::kChassis},
         Row{targets.esxi, "--esxi", TargetKind::kHypervisor},
         Row{targets.vesk, "--vesk", TargetKind::kEnclosure},
+        Row{targets.remoteos, "--remoteos", TargetKind::kRemoteOs},
         Row{targets.inband, "--inband", TargetKind::kInBand},
         Row{targets.amd, "--amd", TargetKind::kAmd},
         Row{local, "--local", TargetKind::kLocal},
     };
     const auto is_given = [](const Row& row) { return row.text.has_value(); };
     if (std::count_if(rows.begin(), rows.end(), is_given) != 1) {
-        return "Give exactly one target: --bmc, --tolv, --esxi, --vesk, --inband, --amd or "
-               "--local.";
+        return "Give exactly one target: --bmc, --tolv, --esxi, --vesk, --remoteos, "
+               "--inband, --amd or --local.";
     }
     const auto& row = *std::find_if(rows.begin(), rows.end(), is_given);
     arguments.kind = row.kind;
@@ -115,6 +116,8 @@ std::string ApplyTarget(const CLI::App& scan, const TargetTexts& targets,
 // through its system interface.
 std::string CheckUser(const ScanArguments& arguments) {
     if (!arguments.user.empty()) return {};
+    // Over SSH the user of this machine is the default.
+    if (arguments.kind == TargetKind::kRemoteOs) return {};
     if (!IsOwnMachine(arguments.kind)) {
         return "No user name was given; write USER@ before the host or add --user NAME.";
     }

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "tarsel/key_file.h"
 #include "tarsel/target_text.h"
 #include "tarsel/terminal.h"
 
@@ -65,18 +66,28 @@ PasswordResult FromStandardInput() {
     return FromRead(state, std::move(line), "The standard input");
 }
 
-PasswordResult FromPrompt(const ScanArguments& arguments,
-                          const std::function<bool()>& is_interrupted) {
+PasswordResult FromPrompt(const std::string& prompt, const std::function<bool()>& is_interrupted,
+                          const std::string& how_else) {
     std::string line;
-    const ReadState state = PromptWithoutEcho(
-        "Password for " + arguments.user + "@" + PeerText(arguments) + ": ", is_interrupted, line);
-    if (state == ReadState::kMissing) {
-        return Error(
-            "There is no password and no terminal to ask for it; use the environment "
-            "variable TARSEL_PASSWORD, --password-file, --password-fd or "
-            "--password-stdin.");
-    }
+    const ReadState state = PromptWithoutEcho(prompt, is_interrupted, line);
+    if (state == ReadState::kMissing) return Error(how_else);
     return FromRead(state, std::move(line), "The password prompt");
+}
+
+PasswordResult AskForPassword(const ScanArguments& arguments,
+                              const std::function<bool()>& is_interrupted) {
+    const std::string user = arguments.user.empty() ? "" : arguments.user + "@";
+    const std::string target = user + PeerText(arguments);
+    if (arguments.kind != TargetKind::kRemoteOs) {
+        return FromPrompt("Password for " + target + ": ", is_interrupted,
+                          "There is no password and no terminal to ask for it; use the environment "
+                          "variable TARSEL_PASSWORD, --password-file, --password-fd or "
+                          "--password-stdin.");
+    }
+    PasswordResult asked =
+        FromPrompt("Password for " + target + " (empty: only keys): ", is_interrupted, "");
+    if (!asked.is_found && asked.error.empty()) asked.is_found = true;  // no terminal: keys
+    return asked;
 }
 
 bool NeedsNoPassword(const ScanArguments& arguments) {
@@ -94,8 +105,27 @@ PasswordResult FindPassword(const ScanArguments& arguments,
     if (!source.file.empty()) return FromFile(source.file);
     if (source.descriptor >= 0) return FromDescriptor(source.descriptor);
     if (source.is_stdin) return FromStandardInput();
-    if (!is_in_environment) return FromPrompt(arguments, is_interrupted);
-    return FromRead(ReadState::kOk, std::move(from_environment), "");
+    if (is_in_environment) return FromRead(ReadState::kOk, std::move(from_environment), "");
+    if (!arguments.remote.key_file.empty()) return FromRead(ReadState::kOk, "", "");
+    return AskForPassword(arguments, is_interrupted);
+}
+
+PasswordResult FindPassphrase(const ScanArguments& arguments,
+                              const std::function<bool()>& is_interrupted) {
+    std::string from_environment;
+    const bool is_in_environment = TakeEnvironmentVariable(kPassphraseVariable, from_environment);
+    const RemoteArguments& remote = arguments.remote;
+    if (remote.key_file.empty()) return FromRead(ReadState::kOk, "", "");
+    const PasswordSource& source = remote.passphrase;
+    if (!source.file.empty()) return FromFile(source.file);
+    if (source.descriptor >= 0) return FromDescriptor(source.descriptor);
+    if (is_in_environment) return FromRead(ReadState::kOk, std::move(from_environment), "");
+    if (!IsKeyFileEncrypted(remote.key_file)) return FromRead(ReadState::kOk, "", "");
+    return FromPrompt("Passphrase for the key " + remote.key_file + ": ", is_interrupted,
+                      "The key " + remote.key_file +
+                          " is encrypted and there is no terminal to ask for its passphrase; use "
+                          "the environment variable TARSEL_SSH_PASSPHRASE, --ssh-passphrase-file "
+                          "or --ssh-passphrase-fd.");
 }
 
 }  // namespace tarsel

@@ -78,7 +78,7 @@ std::string ExitCodeTable() {
            "  3  partial: the report has gaps, which the last lines name\n"
            "  4  authentication: user name or password refused\n"
            "  5  unreachable: the target did not answer\n"
-           "  6  TLS: the certificate is not trusted; no credentials were sent\n"
+           "  6  TLS or SSH: certificate or host key not trusted; no credentials were sent\n"
            "  7  the target does not support this\n"
            "  129, 130, 143  ended by SIGHUP, SIGINT, SIGTERM, after logging out\n";
 }

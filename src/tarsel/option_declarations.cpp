@@ -130,6 +130,7 @@ void AddTargetOptions(CLI::App& scan, TargetTexts& targets, ScanArguments& argum
     add("--tolv", targets.tolv, "Scan the management module of a blade chassis");
     add("--esxi", targets.esxi, "Scan an ESXi host");
     add("--vesk", targets.vesk, "Scan the management module of a dense enclosure");
+    add("--remoteos", targets.remoteos, "Scan a Linux server by running this tool there over SSH");
     scan.add_option("--switch", arguments.bay,
                     "Scan the I/O switch in this bay of the chassis instead of its module")
         ->type_name("BAY")
@@ -195,11 +196,54 @@ void AddOwnMachineOptions(CLI::App& scan, TargetTexts& targets, ScanArguments& a
         ->check(CLI::ExistingDirectory);
 }
 
+void AddSshTrustOptions(CLI::App& scan, RemoteArguments& remote) {
+    scan.add_option("--host-key", remote.host_key,
+                    "SSH server keys: strict only known ones, accept-new also those of new "
+                    "servers, off any")
+        ->check(CLI::IsMember({"strict", "accept-new", "off"}))
+        ->capture_default_str();
+    scan.add_option("--known-hosts", remote.known_hosts,
+                    "File of known SSH server keys (default: ~/.ssh/known_hosts)")
+        ->type_name("FILE");
+    scan.add_flag("--ssh-legacy", remote.is_legacy,
+                  "Accept SHA-1 key exchanges and host keys of old SSH servers");
+    scan.add_option("--ssh-key", remote.key_file,
+                    "Private key to log in with; no other key is offered then")
+        ->type_name("FILE")
+        ->check(CLI::ExistingFile);
+    auto* file = scan.add_option("--ssh-passphrase-file", remote.passphrase.file,
+                                 "File whose first line is the key's passphrase; only its owner "
+                                 "may have access to it")
+                     ->type_name("FILE");
+    scan.add_option("--ssh-passphrase-fd", remote.passphrase.descriptor,
+                    "Open file descriptor whose first line is the key's passphrase")
+        ->type_name("N")
+        ->check(CLI::Range(0, 1 << 20))
+        ->excludes(file);
+}
+
+void AddRemoteOptions(CLI::App& scan, RemoteArguments& remote) {
+    scan.add_option("--package-dir", remote.package_dir,
+                    "Folder with packages of this tool; the fitting one is carried to a server "
+                    "that has no tool of this version")
+        ->type_name("DIR")
+        ->check(CLI::ExistingDirectory);
+    scan.add_option("--remote-command", remote.command,
+                    "Command to run there instead of the tool's scan of that machine; {tarsel} "
+                    "stands for the tool, {folder} for the folder its files belong into; no "
+                    "passwords, the command is logged")
+        ->type_name("TEXT");
+    scan.add_flag("--keep-remote", remote.keeps_folder,
+                  "Leave the private folder on the server and say where it is");
+}
+
 }  // namespace
 
 void DeclareScanOptions(CLI::App& scan, TargetTexts& targets, ScanArguments& arguments) {
     AddTargetOptions(scan, targets, arguments);
     AddOwnMachineOptions(scan, targets, arguments);
+    AddSshTrustOptions(scan, arguments.remote);
+    AddRemoteOptions(scan, arguments.remote);
     AddBmcOptions(scan, arguments);
     AddCredentialOptions(scan, arguments);
     AddOutputOptions(scan, arguments);

@@ -20,6 +20,7 @@ struct TargetTexts {
     std::optional<std::string> tolv;
     std::optional<std::string> esxi;
     std::optional<std::string> vesk;
+    std::optional<std::string> remoteos;
     std::optional<std::string> inband;
     std::optional<std::string> amd;
     bool is_local = false;

@@ -21,8 +21,11 @@ constexpr Kinds kOwnMachine = kInBand | kAmd | Only(TargetKind::kLocal);
 constexpr Kinds kCim = kBmc | Only(TargetKind::kChassis) | Only(TargetKind::kIoSwitch) |
                        Only(TargetKind::kHypervisor) | kInBand;
 constexpr Kinds kIpmi = Only(TargetKind::kEnclosure) | kInBand | kAmd;
+constexpr Kinds kRemoteOs = Only(TargetKind::kRemoteOs);
 // Nobody is connected to in a scan of this machine alone.
 constexpr Kinds kConnected = ~Only(TargetKind::kLocal);
+// SSH has no certificates, and no requests.
+constexpr Kinds kTls = kConnected & ~kRemoteOs;
 
 struct Rule {
     const char* option;
@@ -47,20 +50,29 @@ constexpr std::array kRules = {
     Rule{"--password-file", kConnected},
     Rule{"--password-fd", kConnected},
     Rule{"--password-stdin", kConnected},
-    Rule{"--ca-file", kConnected},
-    Rule{"--pin", kConnected},
-    Rule{"--insecure", kConnected},
-    Rule{"--tls-legacy", kConnected},
-    Rule{"--proxy", kConnected},
-    Rule{"--use-env-proxy", kConnected},
-    Rule{"--auth", kConnected},
+    Rule{"--ca-file", kTls},
+    Rule{"--pin", kTls},
+    Rule{"--insecure", kTls},
+    Rule{"--tls-legacy", kTls},
+    Rule{"--proxy", kTls},
+    Rule{"--use-env-proxy", kTls},
+    Rule{"--auth", kTls},
     Rule{"--timeout", kConnected},
     Rule{"--connect-timeout", kConnected},
-    Rule{"--inventory-timeout", kConnected},
+    Rule{"--inventory-timeout", kTls},
     Rule{"--deadline", kConnected},
-    Rule{"--per-target-parallel", kConnected},
+    Rule{"--per-target-parallel", kTls},
     Rule{"--login-attempts", kConnected},
     Rule{"--max-body", kConnected},
+    Rule{"--host-key", kRemoteOs},
+    Rule{"--known-hosts", kRemoteOs},
+    Rule{"--ssh-legacy", kRemoteOs},
+    Rule{"--ssh-key", kRemoteOs},
+    Rule{"--ssh-passphrase-file", kRemoteOs},
+    Rule{"--ssh-passphrase-fd", kRemoteOs},
+    Rule{"--package-dir", kRemoteOs},
+    Rule{"--remote-command", kRemoteOs},
+    Rule{"--keep-remote", kRemoteOs},
 };
 
 }  // namespace

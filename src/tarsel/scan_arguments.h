@@ -23,15 +23,28 @@ enum class TargetKind {
     kIoSwitch,
     kHypervisor,
     kEnclosure,
-    kInBand,  ///< this machine, with its BMC
-    kAmd,     ///< this machine, of the AMD platform
-    kLocal    ///< this machine, without any BMC
+    kInBand,   ///< this machine, with its BMC
+    kAmd,      ///< this machine, of the AMD platform
+    kLocal,    ///< this machine, without any BMC
+    kRemoteOs  ///< another machine, by this tool's own run there
 };
 
 /// True for what is scanned from its own operating system.
 constexpr bool IsOwnMachine(TargetKind kind) {
     return kind == TargetKind::kInBand || kind == TargetKind::kAmd || kind == TargetKind::kLocal;
 }
+
+/// What a scan over SSH needs beyond host and login.
+struct RemoteArguments {
+    std::string host_key = "strict";  ///< or "accept-new", "off"
+    std::string known_hosts;          ///< file; empty: the user's own
+    std::string key_file;             ///< private key; empty: the agent's and the usual ones
+    PasswordSource passphrase;        ///< of the private key
+    bool is_legacy = false;
+    std::string package_dir;  ///< folder of tool packages; empty: nothing is carried there
+    std::string command;      ///< empty: the tool's scan of the machine it runs on
+    bool keeps_folder = false;
+};
 
 /// `tarsel scan`. Durations are in seconds.
 struct ScanArguments {
@@ -76,6 +89,7 @@ struct ScanArguments {
     bool is_cfc_system = false;
     bool is_csp_system = false;
     std::string system_root;  ///< folder that stands for "/" of this machine; empty: "/"
+    RemoteArguments remote;
 };
 
 }  // namespace tarsel

@@ -6,8 +6,10 @@
 #include <iostream>
 #include <locale>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "common/version/version.h"
@@ -65,10 +67,11 @@ class ScanRun {
     int Run();
 
   private:
+    [[nodiscard]] std::optional<int> FindSecrets(Secrets& secrets) const;
     void StartLog();
     void SayOnce(const std::string& sentence);
     void WarnAboutSecurity();
-    void Scan(const std::string& password);
+    void Scan(const Secrets& secrets);
     void SaveScanXml();
     void PrintTables();
     void SaveCommonResult();
@@ -131,17 +134,14 @@ int ScanRun::Run() {
         PrintError(error);
         return kExitFailed;
     }
-    PasswordResult password = FindPassword(arguments_, [] { return Interruption::Signal() != 0; });
-    if (!password.is_found) {
-        PrintError(password.error);
-        return password.is_interrupted ? kExitSignalBase + Interruption::Signal() : kExitUsage;
-    }
-    Vantix::AddLogSecret(password.password);
+    Secrets secrets;
+    if (const auto exit_code = FindSecrets(secrets)) return *exit_code;
     StartLog();
     WarnAboutSecurity();
     TimeEstimation::getInstance()->UseFile(DurationFile());
-    Scan(password.password);
-    WipeText(password.password);
+    Scan(secrets);
+    WipeText(secrets.password);
+    WipeText(secrets.ssh_key_passphrase);
     const std::int32_t code =
         TellingCode(result_, run_->LastFailure().code, HasAnswered(run_->Sources()));
     exit_code_ = ExitCodeFor(code, run_->IsPartial(), Interruption::Signal());
@@ -152,6 +152,22 @@ int ScanRun::Run() {
     Tell();
     Vantix::ShutdownLog();
     return exit_code_;
+}
+
+// The exit code to end with when there is nothing to log in with.
+std::optional<int> ScanRun::FindSecrets(Secrets& secrets) const {
+    const auto is_interrupted = [] { return Interruption::Signal() != 0; };
+    for (const bool is_password : {true, false}) {
+        PasswordResult found = is_password ? FindPassword(arguments_, is_interrupted)
+                                           : FindPassphrase(arguments_, is_interrupted);
+        if (!found.is_found) {
+            PrintError(found.error);
+            return found.is_interrupted ? kExitSignalBase + Interruption::Signal() : kExitUsage;
+        }
+        Vantix::AddLogSecret(found.password);
+        (is_password ? secrets.password : secrets.ssh_key_passphrase) = std::move(found.password);
+    }
+    return std::nullopt;
 }
 
 void ScanRun::StartLog() {
@@ -186,7 +202,7 @@ void ScanRun::WarnAboutSecurity() {
     }
 }
 
-void ScanRun::Scan(const std::string& password) {
+void ScanRun::Scan(const Secrets& secrets) {
     // With -v the log itself shows the progress; two writers would garble the terminal.
     const bool has_bar =
         !arguments_.is_quiet && arguments_.verbosity == 0 && IsErrorOutputInteractive();
@@ -196,7 +212,7 @@ void ScanRun::Scan(const std::string& password) {
     Log(3, kSource, __LINE__).Stream() << "tarsel " << TarselVersion() << " scan of " << target_
                                        << " started at " << Vantix::UtcSecondsText(started_);
     {
-        service::ServiceUpdateScan scan(ScanOptionFor(arguments_, password, run_));
+        service::ServiceUpdateScan scan(ScanOptionFor(arguments_, secrets, run_));
         scan.SetProgressBar(&bar);
         result_ = RunWithoutThrowing(scan, report_);
     }

@@ -6,6 +6,7 @@ namespace {
 using Vantix::VantixConnection::AuthMethod;
 using Vantix::VantixConnection::ConnectOption;
 using Vantix::VantixConnection::RunContext;
+using Vantix::VantixConnection::SshHostKeyPolicy;
 
 AuthMethod AuthFor(const std::string& word) {
     if (word == "session") return AuthMethod::kSession;
@@ -29,6 +30,8 @@ int ModeFor(TargetKind kind) {
             return Vantix::VantixConnection::kConnectModeAmd;
         case TargetKind::kLocal:
             return Vantix::VantixConnection::kConnectModeInbandLocal;
+        case TargetKind::kRemoteOs:
+            return Vantix::VantixConnection::kConnectModeRemoteOs;
         case TargetKind::kBmc:
             break;
     }
@@ -45,14 +48,34 @@ void AddProtocols(const ScanArguments& arguments, ConnectOption& option) {
     option.ipmi_interval_ms = arguments.ipmi_interval_seconds * kMillisecondsPerSecond;
 }
 
-ConnectOption ConnectOptionFor(const ScanArguments& arguments, const std::string& password,
+SshHostKeyPolicy HostKeyPolicyFor(const std::string& word) {
+    if (word == "accept-new") return SshHostKeyPolicy::kAcceptNew;
+    return word == "off" ? SshHostKeyPolicy::kOff : SshHostKeyPolicy::kStrict;
+}
+
+void AddSsh(const RemoteArguments& remote, const std::string& passphrase, ConnectOption& option) {
+    option.ssh_key_file = remote.key_file;
+    option.ssh_key_passphrase = passphrase;
+    option.ssh_host_key = HostKeyPolicyFor(remote.host_key);
+    option.ssh_known_hosts = remote.known_hosts;
+    option.legacy_ssh = remote.is_legacy;
+}
+
+// An empty command is the scan of everything.
+std::string RemoteCommandFor(const ScanArguments& arguments) {
+    const bool is_own_command = !arguments.remote.command.empty();
+    if (is_own_command || arguments.scan_type == "all") return arguments.remote.command;
+    return "{tarsel} scan --local --quiet --scantype " + arguments.scan_type + " --output {folder}";
+}
+
+ConnectOption ConnectOptionFor(const ScanArguments& arguments, const Secrets& secrets,
                                const std::shared_ptr<RunContext>& run) {
     ConnectOption option;
     option.connect_mode = ModeFor(arguments.kind);
     option.target_address = arguments.host;
     option.port = arguments.port;
     option.user = arguments.user;
-    option.password = password;
+    option.password = secrets.password;
     option.verify_certificate = !arguments.is_insecure;
     option.ca_file = arguments.ca_file;
     option.fingerprint = arguments.fingerprint;
@@ -71,12 +94,13 @@ ConnectOption ConnectOptionFor(const ScanArguments& arguments, const std::string
     option.system_root = arguments.system_root;
     option.run = run;
     AddProtocols(arguments, option);
+    AddSsh(arguments.remote, secrets.ssh_key_passphrase, option);
     return option;
 }
 
 }  // namespace
 
-service::UpdateScanOption ScanOptionFor(const ScanArguments& arguments, const std::string& password,
+service::UpdateScanOption ScanOptionFor(const ScanArguments& arguments, const Secrets& secrets,
                                         const std::shared_ptr<RunContext>& run) {
     service::UpdateScanOption option;
     option.bay_id = arguments.bay;
@@ -85,8 +109,11 @@ service::UpdateScanOption ScanOptionFor(const ScanArguments& arguments, const st
     option.is_csp_system = arguments.is_csp_system;
     option.info_only = arguments.is_info_only;
     option.output_dir = arguments.output_dir;
+    option.remote_flag = arguments.remote.keeps_folder;
+    option.package_dir = arguments.remote.package_dir;
+    option.remote_command = RemoteCommandFor(arguments);
     option.scan_type = arguments.scan_type;
-    option.connect_option = ConnectOptionFor(arguments, password, run);
+    option.connect_option = ConnectOptionFor(arguments, secrets, run);
     return option;
 }
 

@@ -9,9 +9,15 @@
 
 namespace tarsel {
 
+/// What must not stand in the arguments.
+struct Secrets {
+    std::string password;
+    std::string ssh_key_passphrase;
+};
+
 /// The record for a scan of the target.
 service::UpdateScanOption ScanOptionFor(
-    const ScanArguments& arguments, const std::string& password,
+    const ScanArguments& arguments, const Secrets& secrets,
     const std::shared_ptr<Vantix::VantixConnection::RunContext>& run);
 
 /// The scope with which the tables are printed: they list drivers in the scope "dd" alone, and

@@ -75,7 +75,7 @@ TEST_P(CommandLineAddressTest, PasswordInItIsRefusedAndNotRepeated) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Options, CommandLineAddressTest,
-                         testing::Values("--bmc", "--tolv", "--esxi", "--vesk"));
+                         testing::Values("--bmc", "--tolv", "--esxi", "--vesk", "--remoteos"));
 
 class CommandLineTwoTargetsTest : public testing::TestWithParam<Arguments> {};
 
@@ -89,11 +89,13 @@ INSTANTIATE_TEST_SUITE_P(
                     Arguments{"--bmc", kTarget, "--esxi", kTarget},
                     Arguments{"--esxi", kTarget, "--vesk", kTarget},
                     Arguments{"--tolv", kTarget, "--switch", "1", "--vesk", kTarget},
-                    Arguments{"--local", "--bmc", kTarget}, Arguments{"--inband", "--amd"},
+                    Arguments{"--local", "--bmc", kTarget},
+                    Arguments{"--local", "--remoteos", kTarget}, Arguments{"--inband", "--amd"},
                     Arguments{"--inband", "--local"}));
 
 TEST(CommandLineTargetsTest, MissingTargetNamesAllOfThem) {
-    ExpectUsageError(Scan({}), "--bmc, --tolv, --esxi, --vesk, --inband, --amd or --local");
+    ExpectUsageError(Scan({}),
+                     "--bmc, --tolv, --esxi, --vesk, --remoteos, --inband, --amd or --local");
 }
 
 TEST(CommandLineTargetsTest, BayIsTaken) {

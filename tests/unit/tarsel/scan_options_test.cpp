@@ -9,7 +9,7 @@ using Vantix::VantixConnection::AuthMethod;
 using Vantix::VantixConnection::RunContext;
 
 service::UpdateScanOption OptionFor(const ScanArguments& arguments) {
-    return ScanOptionFor(arguments, "FakePass1", std::make_shared<RunContext>());
+    return ScanOptionFor(arguments, {"FakePass1", "FakePhrase1"}, std::make_shared<RunContext>());
 }
 
 TEST(ScanOptionsTest, TargetAndLoginAreHandedOn) {
@@ -18,7 +18,7 @@ TEST(ScanOptionsTest, TargetAndLoginAreHandedOn) {
     arguments.port = 8443;
     arguments.user = "root";
     const auto run = std::make_shared<RunContext>();
-    const auto connect = ScanOptionFor(arguments, "FakePass1", run).connect_option;
+    const auto connect = ScanOptionFor(arguments, {"FakePass1", ""}, run).connect_option;
     EXPECT_EQ(connect.connect_mode, 2);
     EXPECT_EQ(connect.target_address, "::1");
     EXPECT_EQ(connect.port, 8443);
@@ -167,6 +167,57 @@ TEST(ScanOptionsTest, ProtocolsAreLeftToThemselvesByDefault) {
     EXPECT_EQ(connect.ipmi_port, 0);
     EXPECT_EQ(connect.ipmi_cipher, 0);
     EXPECT_EQ(connect.ipmi_interval_ms, 1000);
+}
+
+ScanArguments RemoteArgumentsOf(const RemoteArguments& remote) {
+    ScanArguments arguments;
+    arguments.kind = TargetKind::kRemoteOs;
+    arguments.host = "server7";
+    arguments.remote = remote;
+    return arguments;
+}
+
+TEST(ScanOptionsTest, RemoteScanIsHandedOn) {
+    RemoteArguments remote;
+    remote.key_file = "id";
+    remote.known_hosts = "hosts";
+    remote.is_legacy = true;
+    remote.package_dir = "packages";
+    remote.command = "{tarsel} scan --inband";
+    remote.keeps_folder = true;
+    const auto option = OptionFor(RemoteArgumentsOf(remote));
+    EXPECT_EQ(option.connect_option.connect_mode, 11);
+    EXPECT_EQ(option.connect_option.target_address, "server7");
+    EXPECT_EQ(option.connect_option.ssh_key_file, "id");
+    EXPECT_EQ(option.connect_option.ssh_key_passphrase, "FakePhrase1");
+    EXPECT_EQ(option.connect_option.ssh_known_hosts, "hosts");
+    EXPECT_TRUE(option.connect_option.legacy_ssh);
+    EXPECT_EQ(option.package_dir, "packages");
+    EXPECT_EQ(option.remote_command, "{tarsel} scan --inband");
+    EXPECT_TRUE(option.remote_flag);
+}
+
+TEST(ScanOptionsTest, HostKeyWordsBecomePolicies) {
+    using Vantix::VantixConnection::SshHostKeyPolicy;
+    const auto policy_for = [](const std::string& word) {
+        RemoteArguments remote;
+        remote.host_key = word;
+        return OptionFor(RemoteArgumentsOf(remote)).connect_option.ssh_host_key;
+    };
+    EXPECT_EQ(policy_for("strict"), SshHostKeyPolicy::kStrict);
+    EXPECT_EQ(policy_for("accept-new"), SshHostKeyPolicy::kAcceptNew);
+    EXPECT_EQ(policy_for("off"), SshHostKeyPolicy::kOff);
+}
+
+TEST(ScanOptionsTest, RemoteScanOfEverythingNeedsNoCommand) {
+    EXPECT_EQ(OptionFor(RemoteArgumentsOf({})).remote_command, "");
+}
+
+TEST(ScanOptionsTest, ScopeOfARemoteScanTravelsInItsCommand) {
+    ScanArguments arguments = RemoteArgumentsOf({});
+    arguments.scan_type = "fw";
+    EXPECT_EQ(OptionFor(arguments).remote_command,
+              "{tarsel} scan --local --quiet --scantype fw --output {folder}");
 }
 
 }  // namespace

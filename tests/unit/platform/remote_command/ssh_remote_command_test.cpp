@@ -1,32 +1,17 @@
 #include "platform/remote_command/ssh_remote_command.h"
 
-#include <gmock/gmock.h>
-
-#include <filesystem>
-#include <fstream>
-#include <stdexcept>
-
-#include "common/result/result_codes.h"
-#include "platform/connection/connection.h"
-#include "support/remote_shell_mock.h"
-#include "support/temporary_folder.h"
+#include "support/ssh_remote_command_test_base.h"
 
 namespace Vantix::remote {
 namespace {
-
-namespace fs = std::filesystem;
 
 using test_support::Breaks;
 using test_support::Ends;
 using test_support::RunsText;
 using testing::_;
 using testing::AllOf;
-using testing::Contains;
 using testing::ElementsAre;
-using testing::EndsWith;
 using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::NiceMock;
 using testing::Not;
 using testing::Return;
 using testing::StartsWith;
@@ -34,73 +19,6 @@ using transport::RemoteCommand;
 using transport::RemoteOutcome;
 using transport::SshFailure;
 using transport::SshProblem;
-using transport::TransferOutcome;
-using transport::TransferWay;
-
-constexpr const char* kFolder = "/tmp/tarsel.Abc123";
-constexpr const char* kMachine =
-    "system Linux\nmachine x86_64\nuser 0\nname root\nfolder /tmp/tarsel.Abc123\n";
-constexpr const char* kTool = "tool /usr/bin/tarsel\nversion tarsel 0.1.0\n";
-constexpr const char* kPackageName = "tarsel-0.1.0-Linux-x86_64.tar.gz";
-
-TransferOutcome Sent(SshProblem problem = SshProblem::kNone) {
-    TransferOutcome outcome;
-    outcome.failure.problem = problem;
-    outcome.way = problem == SshProblem::kNone ? TransferWay::kSftp : TransferWay::kNone;
-    return outcome;
-}
-
-class SshRemoteCommandTest : public testing::Test {
-  protected:
-    SshRemoteCommandTest() {
-        settings_.target = "server7";
-        settings_.output_dir = output_.Path("");
-        settings_.tool_version = "0.1.0";
-        settings_.run = run_;
-        settings_.patience = std::make_shared<Patience>(run_, std::chrono::seconds(0));
-        fs::create_directory(packages_.Path("empty"));
-    }
-
-    // The machine answers like this unless a test says otherwise.
-    void AnswersWith(const std::string& machine) {
-        ON_CALL(shell(), Execute(RunsText("mktemp -d"))).WillByDefault(Return(Ends(0, machine)));
-    }
-
-    NiceMock<test_support::RemoteShellMock>& shell() { return *shell_; }
-
-    std::unique_ptr<SshRemoteCommand> Make() {
-        return std::make_unique<SshRemoteCommand>(std::move(owned_), settings_);
-    }
-
-    std::unique_ptr<SshRemoteCommand> MakeReady(const std::string& machine = std::string(kMachine) +
-                                                                             kTool) {
-        AnswersWith(machine);
-        auto remote = Make();
-        EXPECT_EQ(remote->Setup().code, SUCCEED);
-        return remote;
-    }
-
-    // The private folder holds these; each is fetched with its name as content.
-    void FolderHolds(const std::string& listing) {
-        ON_CALL(shell(), Execute(RunsText("printf 'file %s")))
-            .WillByDefault(Return(Ends(0, listing)));
-        ON_CALL(shell(), Download)
-            .WillByDefault(
-                [](const std::string& remote_path, const std::string& local_path, std::uint64_t) {
-                    std::ofstream(local_path) << remote_path;
-                    return Sent();
-                });
-    }
-
-    test_support::TemporaryFolder output_;
-    test_support::TemporaryFolder packages_;
-    std::shared_ptr<VantixConnection::RunContext> run_ =
-        std::make_shared<VantixConnection::RunContext>();
-    RemoteSettings settings_;
-    std::unique_ptr<NiceMock<test_support::RemoteShellMock>> owned_ =
-        std::make_unique<NiceMock<test_support::RemoteShellMock>>();
-    NiceMock<test_support::RemoteShellMock>* shell_ = owned_.get();
-};
 
 // ---- setup --------------------------------------------------------------------------------------
 
@@ -288,174 +206,6 @@ TEST_F(SshRemoteCommandTest, DeadlineIsToldFromInterruption) {
     EXPECT_EQ(remote->Run("").code, TIMEOUT);
     run_->Cancel();
     EXPECT_EQ(remote->Run("").code, INTERRUPTED_BY_USER);
-}
-
-// ---- download -----------------------------------------------------------------------------------
-
-TEST_F(SshRemoteCommandTest, EveryFileLandsUnderItsBaseName) {
-    auto remote = MakeReady();
-    FolderHolds("file Tarsel-update-scan.xml\nfile common_result.xml\nfile tarsel.log\n");
-    EXPECT_EQ(remote->DownloadLogs().code, SUCCEED);
-    EXPECT_EQ(output_.Read("Tarsel-update-scan.xml"), "/tmp/tarsel.Abc123/Tarsel-update-scan.xml");
-    EXPECT_EQ(output_.Read("common_result.xml"), "/tmp/tarsel.Abc123/common_result.xml");
-    EXPECT_EQ(output_.Read("remote-tarsel.log"), "/tmp/tarsel.Abc123/tarsel.log");
-    EXPECT_FALSE(fs::exists(output_.Path("tarsel.log")));
-}
-
-TEST_F(SshRemoteCommandTest, MissingFilesAreNoFailureAndOldOnesAreNotTakenForThem) {
-    auto remote = MakeReady();
-    for (const char* const name :
-         {"Tarsel-update-scan.xml", "common_result.xml", "remote-tarsel.log"}) {
-        output_.Write(name, "of an earlier run");
-    }
-    FolderHolds("");
-    EXPECT_EQ(remote->DownloadLogs().code, SUCCEED);
-    EXPECT_FALSE(fs::exists(remote->GetLocalPath("Tarsel-update-scan.xml")));
-    EXPECT_FALSE(fs::exists(remote->GetLocalPath("common_result.xml")));
-    EXPECT_FALSE(fs::exists(remote->GetLocalPath("remote-tarsel.log")));
-    EXPECT_EQ(output_.Read("Tarsel-update-scan.xml.old"), "of an earlier run");
-}
-
-TEST_F(SshRemoteCommandTest, SymbolicLinkIsNotFetched) {
-    auto remote = MakeReady();
-    FolderHolds("other Tarsel-update-scan.xml\nfile common_result.xml\n");
-    EXPECT_CALL(shell(), Download).Times(0);
-    const TarselResult result = remote->DownloadLogs();
-    EXPECT_EQ(result.code, DOWNLOAD_FAILED);
-    EXPECT_THAT(result.message, StartsWith("Tarsel-update-scan.xml on server7 is no regular file"));
-}
-
-TEST_F(SshRemoteCommandTest, EveryDownloadHasALimit) {
-    settings_.max_report_bytes = 1000;
-    auto remote = MakeReady();
-    FolderHolds("file Tarsel-update-scan.xml\nfile common_result.xml\nfile tarsel.log\n");
-    EXPECT_CALL(shell(), Download(EndsWith("scan.xml"), _, 1000)).WillOnce(Return(Sent()));
-    EXPECT_CALL(shell(), Download(EndsWith("result.xml"), _, 4 * 1024 * 1024))
-        .WillOnce(Return(Sent()));
-    EXPECT_CALL(shell(), Download(EndsWith(".log"), _, 16 * 1024 * 1024)).WillOnce(Return(Sent()));
-    EXPECT_EQ(remote->DownloadLogs().code, SUCCEED);
-}
-
-TEST_F(SshRemoteCommandTest, HugeReportIsAFailedDownload) {
-    auto remote = MakeReady();
-    FolderHolds("file Tarsel-update-scan.xml\n");
-    EXPECT_CALL(shell(), Download).WillOnce(Return(Sent(SshProblem::kFileTooLarge)));
-    EXPECT_EQ(remote->DownloadLogs().code, DOWNLOAD_FAILED);
-}
-
-TEST_F(SshRemoteCommandTest, LogThatCannotBeFetchedCostsNothing) {
-    auto remote = MakeReady();
-    FolderHolds("file tarsel.log\n");
-    EXPECT_CALL(shell(), Download).WillOnce(Return(Sent(SshProblem::kFileTransfer)));
-    EXPECT_EQ(remote->DownloadLogs().code, SUCCEED);
-}
-
-TEST_F(SshRemoteCommandTest, SourcesOfTheRemoteRunBecomeThoseOfThisOne) {
-    auto remote = MakeReady();
-    FolderHolds("file common_result.xml\n");
-    EXPECT_CALL(shell(), Download).WillOnce([](const auto&, const std::string& path, auto) {
-        std::ofstream(path) << "<RESULT><CODE>0</CODE><EXITCODE>3</EXITCODE><SOURCES><SOURCE>"
-                               "<NAME>disks</NAME><STATE>failed</STATE></SOURCE></SOURCES>"
-                               "</RESULT>";
-        return Sent();
-    });
-    EXPECT_EQ(remote->DownloadLogs().code, SUCCEED);
-    EXPECT_TRUE(run_->IsPartial());
-}
-
-TEST_F(SshRemoteCommandTest, FolderThatIsGoneIsAFailedDownload) {
-    auto remote = MakeReady();
-    ON_CALL(shell(), Execute(RunsText("printf 'file %s"))).WillByDefault(Return(Ends(1)));
-    EXPECT_EQ(remote->DownloadLogs().code, DOWNLOAD_FAILED);
-}
-
-TEST_F(SshRemoteCommandTest, LocalPathIsTheOutputFolderAndTheBaseNameAlone) {
-    const auto remote = Make();
-    const std::string file = (fs::path(settings_.output_dir) / "x.xml").string();
-    EXPECT_EQ(remote->GetLocalPath("x.xml"), file);
-    EXPECT_EQ(remote->GetLocalPath("../../etc/x.xml"), file);
-    EXPECT_EQ(remote->GetLocalPath("/etc/x.xml"), file);
-    EXPECT_EQ(remote->GetLocalPath("C:\\x\\x.xml"), file);
-}
-
-TEST_F(SshRemoteCommandTest, NameThatIsNoFileNameHasNoLocalPath) {
-    const auto remote = Make();
-    for (const char* const name : {"", ".", "..", "a/..", "a/", "\\"}) {
-        EXPECT_EQ(remote->GetLocalPath(name), "") << name;
-    }
-    EXPECT_EQ(remote->GetLocalPath(std::string("x\0y", 3)), "");
-}
-
-// ---- end ----------------------------------------------------------------------------------------
-
-TEST_F(SshRemoteCommandTest, FolderIsRemovedAtTheEnd) {
-    auto remote = MakeReady();
-    EXPECT_CALL(shell(), Execute(RunsText("rm -rf '/tmp/tarsel.Abc123'")))
-        .WillOnce(Return(Ends(0)));
-    remote.reset();
-    EXPECT_THAT(run_->Notices(), IsEmpty());
-}
-
-TEST_F(SshRemoteCommandTest, FolderIsRemovedAlsoAfterAnInterruption) {
-    auto remote = MakeReady();
-    run_->Cancel();
-    EXPECT_CALL(shell(), Execute(RunsText("rm -rf"))).WillOnce([this](const RemoteCommand&) {
-        EXPECT_FALSE(settings_.patience->IsOver());
-        return Ends(0);
-    });
-    remote.reset();
-}
-
-TEST_F(SshRemoteCommandTest, FolderIsKeptOnDemandAndItsPlaceIsTold) {
-    settings_.keeps_folder = true;
-    auto remote = MakeReady();
-    EXPECT_CALL(shell(), Execute).Times(0);
-    remote.reset();
-    EXPECT_THAT(run_->Notices(),
-                ElementsAre("The remote folder was kept: /tmp/tarsel.Abc123 on server7."));
-}
-
-TEST_F(SshRemoteCommandTest, FolderThatCannotBeRemovedIsTold) {
-    auto remote = MakeReady();
-    ON_CALL(shell(), Execute(RunsText("rm -rf")))
-        .WillByDefault(Return(Breaks(SshProblem::kConnectionLost)));
-    remote.reset();
-    EXPECT_THAT(run_->Notices(), ElementsAre("The remote folder could not be removed: "
-                                             "/tmp/tarsel.Abc123 on server7."));
-}
-
-// ---- factory ------------------------------------------------------------------------------------
-
-class RemoteCommandFactoryTest : public testing::Test {
-  protected:
-    std::string ErrorOf(const std::string& uri, const std::string& output_dir,
-                        const std::string& package_dir) const {
-        try {
-            RemoteCommandFactory::create(Uri(uri, false), output_dir, package_dir, false);
-        } catch (const std::runtime_error& error) {
-            return error.what();
-        }
-        return {};
-    }
-
-    test_support::TemporaryFolder folder_;
-};
-
-TEST_F(RemoteCommandFactoryTest, ChannelIsMadeWithoutContactingAnybody) {
-    EXPECT_EQ(ErrorOf("ssh://host.invalid", folder_.Path(""), ""), "");
-    EXPECT_EQ(ErrorOf("ssh://host.invalid", "", folder_.Path("")), "");
-}
-
-TEST_F(RemoteCommandFactoryTest, OtherSchemeIsRefused) {
-    EXPECT_EQ(ErrorOf("telnet://host", folder_.Path(""), ""),
-              "Remote machines are reached over SSH only, not over telnet.");
-}
-
-TEST_F(RemoteCommandFactoryTest, MissingFoldersAreRefused) {
-    EXPECT_EQ(ErrorOf("ssh://host", folder_.Path("no"), ""),
-              "The output folder \"" + folder_.Path("no") + "\" is no folder.");
-    EXPECT_EQ(ErrorOf("ssh://host", folder_.Path(""), folder_.Path("no")),
-              "The package folder \"" + folder_.Path("no") + "\" is no folder.");
 }
 
 }  // namespace
