@@ -11,6 +11,7 @@
 #include "service/update_scan_service/detail/enclosure_scan.h"
 #include "service/update_scan_service/detail/hypervisor_scan.h"
 #include "service/update_scan_service/detail/io_switch_scan.h"
+#include "service/update_scan_service/detail/remote_os_scan.h"
 #include "service/update_scan_service/detail/result_cleanup.h"
 #include "service/update_scan_service/detail/scan_trace.h"
 #include "service/update_scan_service/update_scan_report.h"
@@ -32,14 +33,14 @@ constexpr ScanPathOfMode kScanPaths[] = {
     {kConnectModeOobBmc, BmcOutOfBandScan},       {kConnectModeChassis, ChassisScan},
     {kConnectModeEsxi, HypervisorScan},           {kConnectModeIoSwitch, IoSwitchScan},
     {kConnectModeOobBmcSecond, BmcOutOfBandScan}, {kConnectModeOobBmcThird, BmcOutOfBandScan},
-    {kConnectModeEnclosure, EnclosureScan},
+    {kConnectModeEnclosure, EnclosureScan},       {kConnectModeRemoteOs, RemoteOsScan},
 };
 
 // Modes with a path of their own that is not built yet. They answer like modes without a path
 // (0, 10, 12, 14 and all beyond 16), but say so in the log.
 constexpr int kModesNotBuiltYet[] = {
-    kConnectModeInbandBmc, kConnectModeAmd,      kConnectModeRemoteOs,
-    kConnectModeAmdSecond, kConnectModeAmdThird, kConnectModeInbandLocal,
+    kConnectModeInbandBmc, kConnectModeAmd,         kConnectModeAmdSecond,
+    kConnectModeAmdThird,  kConnectModeInbandLocal,
 };
 
 ScanPath FindScanPath(int connect_mode) {

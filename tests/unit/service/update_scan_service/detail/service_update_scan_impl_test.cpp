@@ -114,6 +114,16 @@ TEST_F(ServiceUpdateScanImplTest, HypervisorModeAsksForTheHostsVersionOnceConnec
     EXPECT_EQ(Run(4).code, ESXI_INTERNAL_ERROR);
 }
 
+TEST_F(ServiceUpdateScanImplTest, RemoteModeParsesItsTargetFirst) {
+    option_.connect_option.target_address = "no host";
+    EXPECT_CALL(platform_, UriConstructor("ssh://no host", false))
+        .WillOnce(testing::Throw(std::invalid_argument("no")));
+    const TarselResult result = Run(11);
+    EXPECT_EQ(result.code, CONNECTION_FAILED);
+    EXPECT_EQ(result.message, "Failed to parse uri");
+    EXPECT_TRUE(log_.Has(3, "Start remote OS inventorying..."));
+}
+
 class UnsupportedModeTest : public ServiceUpdateScanImplTest,
                             public testing::WithParamInterface<int> {};
 
@@ -152,7 +162,7 @@ TEST_P(ModeNotBuiltYetTest, IsAGenericFailureThatTheLogExplains) {
                                            std::to_string(GetParam())));
 }
 
-INSTANTIATE_TEST_SUITE_P(Modes, ModeNotBuiltYetTest, testing::Values(1, 9, 11, 13, 15, 16));
+INSTANTIATE_TEST_SUITE_P(Modes, ModeNotBuiltYetTest, testing::Values(1, 9, 13, 15, 16));
 
 // ---- result and clean-up
 // ----------------------------------------------------------------------------
