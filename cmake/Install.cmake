@@ -39,7 +39,22 @@ endforeach()
 install(FILES "${PROJECT_BINARY_DIR}/src/generated/common/export.h"
     DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/tarsel/common")
 
+# Libraries of others for machines that lack them. The C library and its kin are the machine's own:
+# they belong to its kernel and its configuration.
+if(TARSEL_BUNDLE_LIBRARIES)
+    set(tarsel_dependency_set RUNTIME_DEPENDENCY_SET tarsel_runtime)
+    install(RUNTIME_DEPENDENCY_SET tarsel_runtime
+        PRE_EXCLUDE_REGEXES
+            "^ld-linux" "^linux-vdso"
+            "^lib(anl|c|dl|m|mvec|nss_[a-z]+|pthread|resolv|rt|util)\\.so"
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
+    # Only this older kind of run path is also followed for what those libraries need themselves.
+    target_link_options(tarsel PRIVATE -Wl,--disable-new-dtags)
+    target_link_options(update_scan_service PRIVATE -Wl,--disable-new-dtags)
+endif()
+
 install(TARGETS update_scan_service tarsel_headers EXPORT tarselTargets
+    ${tarsel_dependency_set}
     RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
     ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
