@@ -8,6 +8,7 @@
 #include "platform/log/log.h"
 #include "platform/remote_command/remote_summary.h"
 #include "platform/remote_command/root_rights.h"
+#include "platform/remote_command/scan_file_cleaning.h"
 #include "platform/remote_command/tool_package.h"
 #include "transport/text/text_cleaning.h"
 
@@ -246,7 +247,10 @@ TarselResult SshRemoteCommand::Fetch(const std::string& name, const RemoteFiles&
     if (fetched.failure) return ResultOf(fetched.failure, SshStep::kDownloading);
     Log(3, kSource, __LINE__).Stream() << name << ", " << fetched.bytes << " bytes, was fetched"
                                        << " over " << transport::TransferWayText(fetched.way);
-    return Success();
+    if (name != kReportName || CleanScanFile(GetLocalPath(name))) return Success();
+    return TarselResult(WRITE_FILE_FAILED, "The file " + GetLocalPath(name) + " from " +
+                                               settings_.target +
+                                               " cannot be written; check rights and free space.");
 }
 
 void SshRemoteCommand::FetchLog(const RemoteFiles& files) {
