@@ -37,13 +37,19 @@ std::string WithoutPrompt(std::string text, const std::string& prompt) {
     return text;
 }
 
+// A carried tool is gone after the run; what sudo is told to allow must be there for the next one.
+std::string LastingTool(const RemoteMachine& machine) {
+    const bool is_carried = machine.tool.starts_with(machine.folder + "/");
+    return is_carried ? "/usr/local/bin/tarsel" : machine.tool;
+}
+
 std::string Notice(const RemoteMachine& machine, const std::string& words) {
     const std::string said = transport::CleanStart(words);
     const std::string account = machine.user.empty() ? "ACCOUNT" : machine.user;
     return "The scan runs without root's rights there, so some facts are missing" +
            (said.empty() ? std::string() : " (sudo says: " + said + ")") +
            "; install the tool there and add the sudoers line \"" + account +
-           " ALL=(root) NOPASSWD: " + machine.tool + "\", or log in as root.";
+           " ALL=(root) NOPASSWD: " + LastingTool(machine) + "\", or log in as root.";
 }
 
 // -k: cached rights would leave the password unread.

@@ -123,10 +123,9 @@ TarselResult SshRemoteCommand::ExamineMachine() {
 }
 
 TarselResult SshRemoteCommand::MissingTool(const std::string& why) const {
-    return TarselResult(NO_MATCHING_TOOL_PACKAGE, GetResultMessage(NO_MATCHING_TOOL_PACKAGE) + " " +
-                                                      why + " (" + settings_.target + " is a " +
-                                                      machine_.system + " " + machine_.machine +
-                                                      ")");
+    return TarselResult(NO_MATCHING_TOOL_PACKAGE,
+                        GetResultMessage(NO_MATCHING_TOOL_PACKAGE) + " " + settings_.target +
+                            " is a " + machine_.system + " " + machine_.machine + ". " + why);
 }
 
 TarselResult SshRemoteCommand::CarryTool() {

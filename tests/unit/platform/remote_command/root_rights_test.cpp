@@ -24,6 +24,7 @@ class RootRightsTest : public testing::Test {
     RootRightsTest() {
         machine_.user = "tester";
         machine_.tool = "/opt/a b/bin/tarsel";
+        machine_.folder = "/tmp/tarsel.Abc123";
     }
 
     RootRights Find(const std::string& password) {
@@ -74,6 +75,12 @@ TEST_F(RootRightsTest, WithoutRightsTheSudoersLineIsTold) {
     EXPECT_EQ(rights.call.sudo, "");
     EXPECT_THAT(rights.notice, HasSubstr("(sudo says: sudo: a password is required)"));
     EXPECT_THAT(rights.notice, HasSubstr("\"tester ALL=(root) NOPASSWD: /opt/a b/bin/tarsel\""));
+}
+
+TEST_F(RootRightsTest, LineForSudoersNamesNoPlaceThatWillBeGone) {
+    machine_.tool = machine_.folder + "/tool/bin/tarsel";
+    EXPECT_CALL(shell_, Execute(RunsText("sudo -n"))).WillOnce(Return(Ends(1)));
+    EXPECT_THAT(Find("").notice, HasSubstr("NOPASSWD: /usr/local/bin/tarsel\""));
 }
 
 TEST_F(RootRightsTest, WrongPasswordIsTriedOnceAndThePromptIsNotShown) {

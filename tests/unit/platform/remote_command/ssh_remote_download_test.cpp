@@ -57,7 +57,11 @@ TEST_F(SshRemoteCommandTest, EveryDownloadHasALimit) {
     settings_.max_report_bytes = 1000;
     auto remote = MakeReady();
     FolderHolds("file Tarsel-update-scan.xml\nfile common_result.xml\nfile tarsel.log\n");
-    EXPECT_CALL(shell(), Download(EndsWith("scan.xml"), _, 1000)).WillOnce(Return(Sent()));
+    EXPECT_CALL(shell(), Download(EndsWith("scan.xml"), _, 1000))
+        .WillOnce([](const auto&, const std::string& path, auto) {
+            std::ofstream(path) << "<SCAN/>";
+            return Sent();
+        });
     EXPECT_CALL(shell(), Download(EndsWith("result.xml"), _, 4 * 1024 * 1024))
         .WillOnce(Return(Sent()));
     EXPECT_CALL(shell(), Download(EndsWith(".log"), _, 16 * 1024 * 1024)).WillOnce(Return(Sent()));
