@@ -53,7 +53,7 @@ std::string UsableAddress(const RedfishHostInterface& interface, const SystemRoo
     return {};
 }
 
-TarselResult NoAddress(const SystemRoot& root) {
+TarselResult NoAddress(const SystemRoot& root, RunContext& run) {
     const std::vector<std::string> denied = root.DeniedPaths();
     const bool is_forbidden = std::any_of(denied.begin(), denied.end(), [](const auto& path) {
         return path.find("/sys/firmware/dmi/") == 0;
@@ -65,6 +65,8 @@ TarselResult NoAddress(const SystemRoot& root) {
                      : "This machine does not tell where its BMC is reached (its firmware has no "
                        "Redfish host interface record); give the BMC's address.");
     Log(2, kLogSource, __LINE__).Stream() << result;
+    // Where another kind of connection fails too, its failure may be the one that is reported.
+    run.AddNotice(result.message);
     return result;
 }
 
@@ -88,7 +90,7 @@ TarselResult FillInbandAddress(ConnectOption& option) {
             << "The BMC of this machine is at " << HostForUrl(address) << ", port " << option.port;
         return TarselResult(SUCCEED, "");
     }
-    return NoAddress(*root);
+    return NoAddress(*root, *option.run);
 }
 
 TarselResult FillInbandAccount(ConnectOption& option) {

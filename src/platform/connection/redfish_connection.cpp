@@ -57,6 +57,14 @@ TarselResult Refuse(const ConnectOption& option) {
                             "the scan again.");
 }
 
+// The user did not name this address and may wonder.
+void SayWhereFrom(const ConnectOption& wanted, const ConnectOption& option) {
+    if (wanted.target_address == option.target_address) return;
+    option.run->AddNotice("The address " + HttpsTargetOf(option) +
+                          " of this machine's BMC comes from its firmware; the machine's network "
+                          "device to the BMC must have an address in the same network.");
+}
+
 }  // namespace
 
 TarselResult GetRESTConnection(const ConnectOption& wanted, ConnectionInfo& connection) {
@@ -75,6 +83,7 @@ TarselResult GetRESTConnection(const ConnectOption& wanted, ConnectionInfo& conn
             ResultOfConnectFailure(failure, HttpsTargetOf(option), option.user);
         Log(2, kLogSource, __LINE__).Stream() << "Redfish connection failed: " << result;
         option.run->RecordFailure(result, MayOtherPortsAnswer(failure));
+        SayWhereFrom(wanted, option);
         return result;
     }
     connection = InfoOf(option);

@@ -16,6 +16,8 @@ using simulators::BmcSimulator;
 using test_support::AnSmbiosTable;
 using test_support::HostInterfaceFields;
 using test_support::SystemTree;
+using testing::Contains;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using VantixConnection::ConnectOption;
@@ -59,6 +61,21 @@ TEST_F(InbandScanTest, CertificateIsCheckedAsAnywhere) {
     ConnectOption option = OwnBmc();
     option.ca_file.clear();
     EXPECT_EQ(Scan(option).connection.code, VERIFY_CERTIFICATE_FAILED);
+}
+
+TEST_F(InbandScanTest, FailureSaysWhereTheAddressComesFrom) {
+    ConnectOption option = OwnBmc();
+    option.ca_file.clear();
+    EXPECT_FALSE(Scan(option).connection.IsSucceed());
+    EXPECT_THAT(option.run->Notices(), Contains(HasSubstr("comes from its firmware")));
+}
+
+TEST_F(InbandScanTest, GivenAddressIsNotExplained) {
+    ConnectOption option = OptionFor(bmc_);
+    option.connect_mode = VantixConnection::kConnectModeInbandBmc;
+    option.ca_file.clear();
+    EXPECT_FALSE(Scan(option).connection.IsSucceed());
+    EXPECT_THAT(option.run->Notices(), Not(Contains(HasSubstr("comes from its firmware"))));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <string>
+#include <vector>
 
 #include "common/result/result_codes.h"
 #include "support/smbios_builder.h"
@@ -129,6 +130,12 @@ TEST_F(InbandAddressTest, WithoutRecordTheUserIsAskedForTheAddress) {
     EXPECT_EQ(result.code, CONNECTION_FAILED);
     EXPECT_THAT(result.message,
                 AllOf(HasSubstr("no Redfish host interface"), HasSubstr("give the BMC's address")));
+}
+
+TEST_F(InbandAddressTest, MissingAddressIsSaidOnceAlsoWhereAnotherFailureIsReported) {
+    const TarselResult result = FillInbandAddress(option_);
+    EXPECT_EQ(FillInbandAddress(option_).message, result.message);
+    EXPECT_EQ(option_.run->Notices(), std::vector<std::string>{result.message});
 }
 
 TEST_F(InbandAddressTest, ForbiddenTableAsksForRoot) {
