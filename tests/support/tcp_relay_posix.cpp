@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <stdexcept>
+#include <utility>
 
 namespace test_support {
 namespace {
@@ -40,8 +41,8 @@ bool IsReadable(int descriptor) {
 
 }  // namespace
 
-TcpRelay::TcpRelay(int server_port, std::size_t bytes, RelayFault fault)
-    : server_port_(server_port), fault_(fault), bytes_left_(bytes) {
+TcpRelay::TcpRelay(int server_port, std::size_t bytes, RelayFault fault, std::string greeting)
+    : server_port_(server_port), fault_(fault), greeting_(std::move(greeting)), bytes_left_(bytes) {
     listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address = Loopback(0);
     socklen_t size = sizeof(address);
@@ -66,6 +67,7 @@ void TcpRelay::Serve() {
         if (poll(&watched, 1, kLookAgainMs) <= 0) continue;
         const int client = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
         const int server = server_port_ == 0 ? -1 : Dial(server_port_);
+        if (client >= 0) send(client, greeting_.data(), greeting_.size(), MSG_NOSIGNAL);
         if (client >= 0) Relay(client, server);
         if (client >= 0) close(client);
         if (server >= 0) close(server);

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <string>
 #include <thread>
 
 namespace test_support {
@@ -12,13 +13,13 @@ enum class RelayFault {
     kCut     ///< closed at both sides
 };
 
-/// Relays one connection at a time to the port of a server. A relay to port 0 accepts and never
-/// says a word.
+/// Relays one connection at a time to the port of a server. A relay to port 0 accepts, says its
+/// greeting and then never a word.
 class TcpRelay {
   public:
     /// The fault happens once the server has sent that many bytes.
     explicit TcpRelay(int server_port, std::size_t bytes = static_cast<std::size_t>(-1),
-                      RelayFault fault = RelayFault::kStall);
+                      RelayFault fault = RelayFault::kStall, std::string greeting = "");
     ~TcpRelay();
     TcpRelay(const TcpRelay&) = delete;
     TcpRelay& operator=(const TcpRelay&) = delete;
@@ -36,6 +37,7 @@ class TcpRelay {
 
     const int server_port_;
     const RelayFault fault_;
+    const std::string greeting_;
     std::atomic<std::size_t> bytes_left_;
     std::atomic<std::size_t> bytes_from_client_{0};
     std::atomic<bool> must_end_{false};

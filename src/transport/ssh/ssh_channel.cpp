@@ -31,15 +31,14 @@ void SshChannel::SetCallbacks() {
 }
 
 SshFailure SshChannel::Open(const StepLimit& limit) {
-    channel_.reset(ssh_channel_new(link_.Session()));
-    if (!channel_) return {SshProblem::kCommandNotStarted, "no channel: " + link_.LastWords()};
+    if (link_.IsConnected()) channel_.reset(ssh_channel_new(link_.Session()));
+    if (!channel_) return link_.Failed(SshProblem::kCommandNotStarted, "gets no channel");
     SetCallbacks();
     int state = SSH_ERROR;
     const auto step = [this] { return ssh_channel_open_session(channel_.get()); };
     if (auto failure = link_.Repeat(limit, SSH_AGAIN, step, state)) return failure;
     if (state == SSH_OK) return {};
-    return {SshProblem::kCommandNotStarted,
-            link_.Place() + " opens no channel: " + link_.LastWords()};
+    return link_.Failed(SshProblem::kCommandNotStarted, "opens no channel");
 }
 
 SshFailure SshChannel::StartCommand(const std::string& command_line, const StepLimit& limit) {
@@ -50,8 +49,7 @@ SshFailure SshChannel::StartCommand(const std::string& command_line, const StepL
     };
     if (auto failure = link_.Repeat(limit, SSH_AGAIN, step, state)) return failure;
     if (state == SSH_OK) return {};
-    return {SshProblem::kCommandNotStarted,
-            link_.Place() + " starts no commands: " + link_.LastWords()};
+    return link_.Failed(SshProblem::kCommandNotStarted, "starts no commands");
 }
 
 SshFailure SshChannel::StartSubsystem(const std::string& name, const StepLimit& limit) {
@@ -60,7 +58,7 @@ SshFailure SshChannel::StartSubsystem(const std::string& name, const StepLimit& 
     const auto step = [&] { return ssh_channel_request_subsystem(channel_.get(), name.c_str()); };
     if (auto failure = link_.Repeat(limit, SSH_AGAIN, step, state)) return failure;
     if (state == SSH_OK) return {};
-    return {SshProblem::kCommandNotStarted, link_.Place() + " has no subsystem " + name};
+    return link_.Failed(SshProblem::kCommandNotStarted, "has no subsystem " + name);
 }
 
 // Never more than the window: libssh would wait for it to open.

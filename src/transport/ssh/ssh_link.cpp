@@ -4,7 +4,6 @@
 #include <libssh/server.h>
 
 #include <algorithm>
-#include <array>
 
 #include "transport/ssh/tcp_dial.h"
 #include "transport/text/text_cleaning.h"
@@ -16,22 +15,22 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kSlice(50);
 
-struct Addition {
-    ssh_options_e option;
-    const char* algorithms;  // beyond the usual ones
-};
-
-// What old management modules and switches know and nothing else; offered on explicit wish only.
-constexpr std::array<Addition, 7> kLegacy{{
-    {SSH_OPTIONS_KEY_EXCHANGE,
-     "+diffie-hellman-group14-sha1,diffie-hellman-group-exchange-sha1,diffie-hellman-group1-sha1"},
-    {SSH_OPTIONS_HOSTKEYS, "+ssh-rsa"},
-    {SSH_OPTIONS_PUBLICKEY_ACCEPTED_TYPES, "+ssh-rsa"},
-    {SSH_OPTIONS_CIPHERS_C_S, "+aes256-cbc,aes128-cbc,3des-cbc"},
-    {SSH_OPTIONS_CIPHERS_S_C, "+aes256-cbc,aes128-cbc,3des-cbc"},
-    {SSH_OPTIONS_HMAC_C_S, "+hmac-sha1"},
-    {SSH_OPTIONS_HMAC_S_C, "+hmac-sha1"},
-}};
+// What old management modules and switches know comes behind today's algorithms, on explicit wish
+// only. libssh takes whole lists; names it does not know are passed over.
+constexpr const char* kLegacyKeyExchanges =
+    "curve25519-sha256,curve25519-sha256@libssh.org,ecdh-sha2-nistp256,ecdh-sha2-nistp384,"
+    "ecdh-sha2-nistp521,diffie-hellman-group18-sha512,diffie-hellman-group16-sha512,"
+    "diffie-hellman-group-exchange-sha256,diffie-hellman-group14-sha256,"
+    "diffie-hellman-group-exchange-sha1,diffie-hellman-group14-sha1,diffie-hellman-group1-sha1";
+constexpr const char* kLegacyKeys =
+    "ssh-ed25519,ecdsa-sha2-nistp521,ecdsa-sha2-nistp384,ecdsa-sha2-nistp256,rsa-sha2-512,"
+    "rsa-sha2-256,ssh-rsa,ssh-dss";
+constexpr const char* kLegacyCiphers =
+    "chacha20-poly1305@openssh.com,aes256-gcm@openssh.com,aes128-gcm@openssh.com,aes256-ctr,"
+    "aes192-ctr,aes128-ctr,aes256-cbc,aes192-cbc,aes128-cbc,3des-cbc";
+constexpr const char* kLegacyMacs =
+    "hmac-sha2-256-etm@openssh.com,hmac-sha2-512-etm@openssh.com,hmac-sha2-256,hmac-sha2-512,"
+    "hmac-sha1-etm@openssh.com,hmac-sha1";
 
 bool Set(ssh_session session, ssh_options_e option, const std::string& value) {
     return ssh_options_set(session, option, value.c_str()) == SSH_OK;
@@ -43,9 +42,13 @@ bool AllowLegacy(ssh_session session) {
     if (ssh_options_set(session, SSH_OPTIONS_RSA_MIN_SIZE, &kSmallestOldKey) != SSH_OK) {
         return false;
     }
-    return std::all_of(kLegacy.begin(), kLegacy.end(), [session](const Addition& addition) {
-        return Set(session, addition.option, addition.algorithms);
-    });
+    return Set(session, SSH_OPTIONS_KEY_EXCHANGE, kLegacyKeyExchanges) &&
+           Set(session, SSH_OPTIONS_HOSTKEYS, kLegacyKeys) &&
+           Set(session, SSH_OPTIONS_PUBLICKEY_ACCEPTED_TYPES, kLegacyKeys) &&
+           Set(session, SSH_OPTIONS_CIPHERS_C_S, kLegacyCiphers) &&
+           Set(session, SSH_OPTIONS_CIPHERS_S_C, kLegacyCiphers) &&
+           Set(session, SSH_OPTIONS_HMAC_C_S, kLegacyMacs) &&
+           Set(session, SSH_OPTIONS_HMAC_S_C, kLegacyMacs);
 }
 
 }  // namespace
@@ -138,6 +141,13 @@ SshFailure SshLink::ExchangeKeys(const StepLimit& limit) {
     return {SshProblem::kProtocol, Place() + " answers, but no SSH session came about: " + words};
 }
 
+SshFailure SshLink::Failed(SshProblem problem, const std::string& what) const {
+    if (IsConnected()) return {problem, Place() + " " + what + ": " + LastWords()};
+    const std::string words = session_ == nullptr ? "" : LastWords();
+    return {SshProblem::kConnectionLost,
+            "the connection to " + Place() + " was cut" + (words.empty() ? "" : ": " + words)};
+}
+
 SshFailure SshLink::MustStop(const StepLimit& limit) const {
     const Time now = StepLimit::Clock::now();
     if (!limit.is_last_act) {
@@ -159,10 +169,7 @@ void SshLink::Attach() {
 
 SshFailure SshLink::Pump(const StepLimit& limit) {
     if (auto stop = MustStop(limit)) return stop;
-    if (!IsConnected()) {
-        return {SshProblem::kConnectionLost,
-                "the connection to " + Place() + " was cut: " + LastWords()};
-    }
+    if (!IsConnected()) return Failed(SshProblem::kConnectionLost, "");
     if (!event_) Attach();
     if (!event_) return {SshProblem::kProtocol, "the SSH library cannot wait: " + LastWords()};
     ssh_event_dopoll(event_.get(), static_cast<int>(kSlice.count()));

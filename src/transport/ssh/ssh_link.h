@@ -44,6 +44,10 @@ class SshLink {
     /// libssh's words for its last error, clean.
     [[nodiscard]] std::string LastWords() const;
 
+    /// What libssh did not do, with its words: the server "opens no channel"; or that the
+    /// connection was cut, where that is the reason.
+    [[nodiscard]] SshFailure Failed(SshProblem problem, const std::string& what) const;
+
   private:
     struct SessionEnd {
         void operator()(ssh_session session) const;
