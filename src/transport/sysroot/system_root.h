@@ -55,6 +55,12 @@ class SystemRoot {
     /// Adds to DeniedPaths what could not be read by other means (a device node, say).
     void AddDenied(std::string_view path) const;
 
+    /// Makes known what was read of a file by other means (piece by piece, say), so that
+    /// ReadBytes() answers with it; nothing where it could not be read. The first one counts.
+    void AddRead(std::string_view path, std::optional<std::string> bytes) const;
+    /// Whether ReadBytes() has its answer already.
+    [[nodiscard]] bool WasRead(std::string_view path) const;
+
     static constexpr std::size_t kMaxAttribute = 64 * 1024;
     static constexpr std::size_t kMaxNames = 65536;
 

@@ -151,4 +151,14 @@ void SystemRoot::AddDenied(std::string_view path) const {
     denied_.emplace(path);
 }
 
+void SystemRoot::AddRead(std::string_view path, std::optional<std::string> bytes) const {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    read_.emplace(path, std::move(bytes));
+}
+
+bool SystemRoot::WasRead(std::string_view path) const {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return read_.find(path) != read_.end();
+}
+
 }  // namespace Vantix::transport

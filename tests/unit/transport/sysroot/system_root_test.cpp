@@ -72,6 +72,20 @@ TEST(SystemRootTest, ForbiddenFoldersAreRemembered) {
     EXPECT_EQ(root.DeniedPaths(), std::vector<std::string>{"/sys/entries"});
 }
 
+TEST(SystemRootTest, WhatWasReadByOtherMeansIsTheFilesContent) {
+    SystemTree tree;
+    tree.File("/sys/a", "file").File("/sys/b", "file");
+    const SystemRoot root(tree.Root());
+    EXPECT_FALSE(root.WasRead("/sys/a"));
+    root.AddRead("/sys/a", "pieces");
+    root.AddRead("/sys/b", std::nullopt);
+    EXPECT_TRUE(root.WasRead("/sys/a"));
+    EXPECT_EQ(root.ReadBytes("/sys/a"), "pieces");
+    EXPECT_FALSE(root.ReadBytes("/sys/b").has_value());
+    root.AddRead("/sys/a", "again");
+    EXPECT_EQ(root.ReadText("/sys/a"), "pieces");
+}
+
 TEST(SystemRootTest, NamesAreListedInNaturalOrder) {
     SystemTree tree;
     tree.File("/sys/n/nvme10", "").File("/sys/n/nvme2", "").File("/sys/n/nvme0", "");
