@@ -235,8 +235,8 @@ TEST_F(FileTransferTest, FolderThatIsNotThereFailsTheUpload) {
 TEST_F(FileTransferTest, PipeThatNobodyWritesToEndsWithinTheIdleLimit) {
     StartServer();
     SshTarget target = KeyTarget();
-    target.limits.idle = std::chrono::milliseconds(700);
-    target.limits.keep_alive = std::chrono::milliseconds(100);
+    target.limits.idle = std::chrono::milliseconds(2500);
+    target.limits.keep_alive = std::chrono::milliseconds(300);
     shell_ = LoggedIn(target);
     ASSERT_TRUE(shell_->Execute(Line("mkfifo pipe")).Succeeded());
     const auto outcome = shell_->Download(Remote("pipe"), folder_.Path("data"), kMuch);
