@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the release preset and prints every measurement in one run: micro benchmarks with ratios,
-# whole scans, peak memory of the command, start-up. Asserts nothing.
+# whole scans, peak memory of the command, start-up, local scans beside lshw. Asserts nothing.
 #
 # Usage: bench/run.sh [RUNS]     RUNS: repetitions of each whole scan, 3 by default
 set -euo pipefail
@@ -59,3 +59,4 @@ python3 bench/ratios.py "$private/report.json"
 "$bin/scan_bench" "$runs"
 measure_memory
 measure_start_up
+bench/local_scan.sh "$bin"

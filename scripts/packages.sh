@@ -23,6 +23,7 @@ TARSEL_TEST_PACKAGES=(
 # On top of the build packages for bench/run.sh.
 TARSEL_BENCH_PACKAGES=(
     libbenchmark-dev python3
+    lshw pci.ids qemu-system-x86 cpio kmod
 )
 
 TARSEL_APT_OPTIONS=(-y -q --no-install-recommends --no-remove -o DPkg::Lock::Timeout=900

@@ -70,6 +70,7 @@ class ScanRun {
     [[nodiscard]] std::optional<int> FindSecrets(Secrets& secrets) const;
     void StartLog();
     void SayOnce(const std::string& sentence);
+    void SayNotices();
     void WarnAboutSecurity();
     void Scan(const Secrets& secrets);
     void SaveScanXml();
@@ -283,8 +284,19 @@ void ScanRun::RememberDuration() {
     TimeEstimation::getInstance()->RememberScan(key, static_cast<int>(elapsed.count()));
 }
 
+// Of a scan that failed they are what explains it, so that a quiet run shows them, too.
+void ScanRun::SayNotices() {
+    for (const std::string& notice : run_->Notices()) {
+        SayOnce(notice);
+        if (arguments_.is_quiet && !result_.IsSucceed()) PrintError(Vantix::MaskSecrets(notice));
+    }
+    if (arguments_.kind == TargetKind::kLocal && arguments_.scan_type == "dd") {
+        SayOnce("A scan with --local reads no device drivers; --inband does.");
+    }
+}
+
 void ScanRun::Tell() {
-    for (const std::string& notice : run_->Notices()) SayOnce(notice);
+    SayNotices();
     const auto sources = run_->Sources();
     const std::string block = StatusBlock(target_, sources);
     // The block sends readers to the log for what it leaves out.

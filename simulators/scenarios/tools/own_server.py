@@ -32,6 +32,10 @@ def add_smbios(tree):
         smbios_table.slot(0x000A, "PCIe Slot 2", 2, "0000:5e:00.0"),
         smbios_table.slot(0x000B, "PCIe Slot 3", 3, "0000:af:00.0"),
         smbios_table.slot(0x000C, "PCIe Slot 4", 4, "0000:b0:00.0", in_use=False),
+        # The kernel names this handle where it shows the module.
+        smbios_table.persistent_memory(
+            0x1100, "DIMM 12", "Example Memory", "EXPMEM-128", "EXPMEM0001", "01.02.00.5417"
+        ),
         smbios_table.redfish_host_interface(0x002A, "127.0.0.2", "127.0.0.1", 443),
     ]
     raw = smbios_table.table(structures)
@@ -134,7 +138,7 @@ def add_network_adapter(pci):
         )
         pci.tree.bytes(
             f"{folder}/vpd",
-            pci_vpd("Example NIC 25G 2-Port Adapter", PN="EXNIC-25G", SN="EXNIC0001", V3="22.31.6"),
+            pci_vpd("Example NIC 25G 2-Port Adapter", PN="EXNIC-25G", SN="EXNIC0001", V0="22.31.6"),
         )
         if function == 0:
             physical = folder

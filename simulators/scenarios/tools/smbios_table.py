@@ -93,6 +93,18 @@ def slot(handle, label, number, address, in_use=True):
     return structure(9, handle, area, strings)
 
 
+def persistent_memory(handle, locator, maker, part, serial, firmware):
+    """Type 17, length 54h: a persistent-memory module of 128 GiB."""
+    strings = Strings()
+    area = struct.pack("<HHHHHBB", 0xFFFE, 0xFFFE, 72, 64, 0x7FFF, 0x09, 0)
+    area += bytes([strings.number(locator), 0, 0x1F]) + struct.pack("<HH", 1 << 12, 2666)
+    area += bytes([strings.number(maker), strings.number(serial), 0, strings.number(part), 0])
+    area += struct.pack("<IHHHHBH", 128 * 1024, 2666, 1200, 1200, 1200, 0x06, 0x20)
+    area += bytes([strings.number(firmware)]) + bytes(8)  # no maker ids
+    area += struct.pack("<QQQQ", 128 << 30, 0, 0, 0)
+    return structure(17, handle, area, strings)
+
+
 def redfish_host_interface(handle, host_address, service_address, service_port):
     """Type 42 (DSP0270): a USB network device, and Redfish over IPv4 with fixed addresses."""
     strings = Strings()

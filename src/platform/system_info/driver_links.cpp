@@ -42,26 +42,44 @@ class LinkReader {
   private:
     void ReadBus(const std::string& bus) {
         const std::string folder = "/sys/bus/" + bus;
-        std::map<std::string, int> counts;
+        std::map<std::string, DriverUse> uses;
         for (const std::string& device : root_.List(folder + "/devices")) {
             const std::string path = folder + "/devices/" + device;
             const std::string driver = root_.LinkName(path + "/driver");
-            if (!driver.empty()) {
-                ++counts[driver];
-            } else if (bus == "pci") {
+            if (!driver.empty()) ++uses[driver].devices;
+            if (bus != "pci") continue;
+            if (driver.empty()) {
                 AddDriverless(device, path);
+            } else {
+                AddAdapter(path, uses[driver]);
             }
         }
-        for (const std::string& driver : root_.List(folder + "/drivers")) counts[driver] += 0;
-        for (const auto& [driver, devices] : counts) AddDriver(folder, driver, devices);
+        for (const std::string& driver : root_.List(folder + "/drivers")) uses.try_emplace(driver);
+        for (const auto& [driver, use] : uses) AddDriver(folder, driver, use);
     }
 
-    void AddDriver(const std::string& bus_folder, const std::string& driver, int devices) {
+    void AddAdapter(const std::string& path, DriverUse& use) {
+        constexpr std::size_t kDigits = 8;
+        if (!WantsDriver(Hexadecimal(root_.ReadText(path + "/class")))) return;
+        const std::string ids = Ids(path);
+        const bool is_hexadecimal =
+            ids.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;
+        if (ids.size() == kDigits && is_hexadecimal) ++use.adapters[ids];
+    }
+
+    void AddDriver(const std::string& bus_folder, const std::string& driver,
+                   const DriverUse& on_bus) {
         const std::string module = root_.LinkName(bus_folder + "/drivers/" + driver + "/module");
-        if (devices == 0 && !IsLoaded(module)) return;
+        if (on_bus.devices == 0 && !IsLoaded(module)) return;
         DriverUse& use = links_.drivers[module.empty() ? driver : module];
         use.module = module;
-        use.devices += devices;
+        use.devices += on_bus.devices;
+        for (const auto& [ids, count] : on_bus.adapters) use.adapters[ids] += count;
+    }
+
+    [[nodiscard]] std::string Ids(const std::string& path) const {
+        return Hexadecimal(root_.ReadText(path + "/vendor")) +
+               Hexadecimal(root_.ReadText(path + "/device"));
     }
 
     // Built-in modules have no such file; a generic kernel has hundreds that serve nothing.
@@ -75,8 +93,7 @@ class LinkReader {
         // A virtual function is often left alone on purpose, for a guest.
         if (!WantsDriver(device.class_code) || !root_.LinkName(path + "/physfn").empty()) return;
         device.address = transport::CleanText(address);
-        device.ids = Hexadecimal(root_.ReadText(path + "/vendor")) +
-                     Hexadecimal(root_.ReadText(path + "/device"));
+        device.ids = Ids(path);
         if (!device.ids.empty()) links_.driverless.push_back(std::move(device));
     }
 

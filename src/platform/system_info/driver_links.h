@@ -13,6 +13,9 @@ namespace Vantix::system_info {
 struct DriverUse {
     std::string module;  ///< empty for a built-in driver that shows no module
     int devices = 0;     ///< on all buses together
+    /// Among them the PCI functions that need a driver to be of use, by vendor and device id (4 + 4
+    /// hexadecimal digits).
+    std::map<std::string, int> adapters;
 };
 
 /// A function on PCI that wants a driver and has none.

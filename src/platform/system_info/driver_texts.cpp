@@ -85,7 +85,7 @@ std::vector<DriverData> MissingDrivers(const std::vector<DriverlessDevice>& devi
     constexpr int kMostAddresses = 4;
     std::vector<DriverData> records;
     for (const DriverlessDevice& device : devices) {
-        const std::string identifier = "NoDriver#" + device.ids;
+        const std::string identifier = "NoDriver#PCI_" + device.ids;
         auto record = std::find_if(records.begin(), records.end(), [&](const DriverData& known) {
             return known.Identifier == identifier;
         });

@@ -23,7 +23,8 @@ namespace Vantix::system_info {
 [[nodiscard]] std::string DriverDescription(const std::string& description,
                                             const std::string& source_version);
 
-/// One record for all devices with the same ids: identifier "NoDriver#" and the ids, no version.
+/// One record for all devices with the same ids: identifier "NoDriver#PCI_" and the ids, no
+/// version.
 [[nodiscard]] std::vector<DriverData> MissingDrivers(const std::vector<DriverlessDevice>& devices);
 
 }  // namespace Vantix::system_info

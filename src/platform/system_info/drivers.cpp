@@ -30,6 +30,22 @@ using Vantix::VantixConnection::SourceStatus;
 
 constexpr const char* kLogSource = "drivers";
 
+// One record for each kind of adapter, named as update packages name it ("fakenet_80861521"), and
+// one of the bare name for what else the driver serves, or for one that serves nothing now.
+void AppendRecords(const DriverData& driver, const DriverUse& use,
+                   std::vector<DriverData>& records) {
+    DriverData others = driver;
+    others.DevicePresent = use.devices;
+    for (const auto& [ids, count] : use.adapters) {
+        DriverData adapter = driver;
+        adapter.Identifier += "_" + ids;
+        adapter.DevicePresent = count;
+        others.DevicePresent -= count;
+        records.push_back(std::move(adapter));
+    }
+    if (others.DevicePresent > 0 || use.adapters.empty()) records.push_back(std::move(others));
+}
+
 // Drivers in the kernel's own sources carry its version.
 std::vector<DriverData> Records(const SystemRoot& root, const DriverLinks& links) {
     const std::string release = root.ReadText("/proc/sys/kernel/osrelease");
@@ -42,7 +58,6 @@ std::vector<DriverData> Records(const SystemRoot& root, const DriverLinks& links
         const auto description = descriptions.find(ModuleName(name));
         DriverData record;
         record.Identifier = CleanText(name);
-        record.DevicePresent = use.devices;
         std::string source_version;
         if (!use.module.empty()) {
             record.Version = root.ReadText(folder + "/version");
@@ -52,7 +67,7 @@ std::vector<DriverData> Records(const SystemRoot& root, const DriverLinks& links
         record.Description = DriverDescription(
             description == descriptions.end() ? std::string() : description->second,
             source_version);
-        records.push_back(std::move(record));
+        AppendRecords(record, use, records);
     }
     std::sort(records.begin(), records.end(), [](const DriverData& left, const DriverData& right) {
         return NaturalLess(left.Identifier, right.Identifier);

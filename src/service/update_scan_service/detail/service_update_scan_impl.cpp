@@ -6,11 +6,14 @@
 #include "common/result/result_codes.h"
 #include "platform/log/log.h"
 #include "platform/progress/progress.h"
+#include "service/update_scan_service/detail/amd_platform_scan.h"
 #include "service/update_scan_service/detail/bmc_out_of_band_scan.h"
 #include "service/update_scan_service/detail/chassis_scan.h"
 #include "service/update_scan_service/detail/enclosure_scan.h"
 #include "service/update_scan_service/detail/hypervisor_scan.h"
+#include "service/update_scan_service/detail/in_band_bmc_scan.h"
 #include "service/update_scan_service/detail/io_switch_scan.h"
+#include "service/update_scan_service/detail/local_host_scan.h"
 #include "service/update_scan_service/detail/remote_os_scan.h"
 #include "service/update_scan_service/detail/result_cleanup.h"
 #include "service/update_scan_service/detail/scan_trace.h"
@@ -30,32 +33,21 @@ struct ScanPathOfMode {
 };
 
 constexpr ScanPathOfMode kScanPaths[] = {
-    {kConnectModeOobBmc, BmcOutOfBandScan},       {kConnectModeChassis, ChassisScan},
-    {kConnectModeEsxi, HypervisorScan},           {kConnectModeIoSwitch, IoSwitchScan},
-    {kConnectModeOobBmcSecond, BmcOutOfBandScan}, {kConnectModeOobBmcThird, BmcOutOfBandScan},
-    {kConnectModeEnclosure, EnclosureScan},       {kConnectModeRemoteOs, RemoteOsScan},
+    {kConnectModeInbandBmc, InBandBmcScan},      {kConnectModeOobBmc, BmcOutOfBandScan},
+    {kConnectModeChassis, ChassisScan},          {kConnectModeEsxi, HypervisorScan},
+    {kConnectModeIoSwitch, IoSwitchScan},        {kConnectModeOobBmcSecond, BmcOutOfBandScan},
+    {kConnectModeOobBmcThird, BmcOutOfBandScan}, {kConnectModeEnclosure, EnclosureScan},
+    {kConnectModeAmd, AmdPlatformScan},          {kConnectModeRemoteOs, RemoteOsScan},
+    {kConnectModeAmdSecond, AmdPlatformScan},    {kConnectModeAmdThird, AmdPlatformScan},
+    {kConnectModeInbandLocal, LocalHostScan},
 };
 
-// Modes with a path of their own that is not built yet. They answer like modes without a path
-// (0, 10, 12, 14 and all beyond 16), but say so in the log.
-constexpr int kModesNotBuiltYet[] = {
-    kConnectModeInbandBmc, kConnectModeAmd,         kConnectModeAmdSecond,
-    kConnectModeAmdThird,  kConnectModeInbandLocal,
-};
-
+// Nothing for modes without a path: 0, 10, 12, 14 and all beyond 16.
 ScanPath FindScanPath(int connect_mode) {
     const auto* const entry = std::find_if(
         std::begin(kScanPaths), std::end(kScanPaths),
         [&](const ScanPathOfMode& candidate) { return candidate.connect_mode == connect_mode; });
     return entry == std::end(kScanPaths) ? nullptr : entry->scan_path;
-}
-
-void LogModeWithoutPath(int connect_mode) {
-    if (std::find(std::begin(kModesNotBuiltYet), std::end(kModesNotBuiltYet), connect_mode) !=
-        std::end(kModesNotBuiltYet)) {
-        Vantix::Log(1, kScanLogSource, __LINE__).Stream()
-            << "The scan of this connection mode is not built yet:" << connect_mode;
-    }
 }
 
 void ReportOutcome(const TarselResult& result, DynamicProgressBar* progress_bar) {
@@ -108,7 +100,6 @@ TarselResult ServiceUpdateScanImpl::Dispatch(UpdateScanReport& report) const {
     if (const ScanPath scan_path = FindScanPath(connect_mode)) {
         result = scan_path(option_, report, progress_bar_);
     } else {
-        LogModeWithoutPath(connect_mode);
         result = TarselResult(GENERIC_FAILURE);
     }
     ReportOutcome(result, progress_bar_);

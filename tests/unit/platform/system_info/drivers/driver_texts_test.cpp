@@ -73,7 +73,7 @@ TEST(DriverDescriptionTest, SourceVersionStandsBehindTheDescription) {
 TEST(MissingDriversTest, DeviceIsNamedByItsIdsAndHasNoVersion) {
     const auto records = MissingDrivers({{"0000:03:00.0", "80861521", "020000"}});
     ASSERT_EQ(records.size(), 1U);
-    EXPECT_EQ(records[0].Identifier, "NoDriver#80861521");
+    EXPECT_EQ(records[0].Identifier, "NoDriver#PCI_80861521");
     EXPECT_EQ(records[0].Version, "");
     EXPECT_EQ(records[0].Description, "Network controller without driver at 0000:03:00.0");
     EXPECT_EQ(records[0].DevicePresent, 1);
@@ -87,7 +87,7 @@ TEST(MissingDriversTest, SameDevicesAreOneRecord) {
     EXPECT_EQ(records[0].DevicePresent, 2);
     EXPECT_EQ(records[0].Description,
               "Network controller without driver at 0000:03:00.0, 0000:03:00.1");
-    EXPECT_EQ(records[1].Identifier, "NoDriver#10000060");
+    EXPECT_EQ(records[1].Identifier, "NoDriver#PCI_10000060");
 }
 
 TEST(MissingDriversTest, LongListOfPlacesIsCut) {

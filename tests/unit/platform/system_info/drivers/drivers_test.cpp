@@ -75,7 +75,42 @@ TEST_F(DriversTest, OrderIsByNameAndMissingDriversComeLast) {
     tree_.Device("usb", "1-1", "zeta").Device("pci", "0000:05:00.0", "fake10");
     tree_.Device("pci", "0000:04:00.0", "fake9");
     EXPECT_EQ(Read(), 0);
-    EXPECT_THAT(Identifiers(), ElementsAre("fake9", "fake10", "zeta", "NoDriver#80861521"));
+    EXPECT_THAT(Identifiers(), ElementsAre("fake9", "fake10", "zeta", "NoDriver#PCI_80861521"));
+}
+
+TEST_F(DriversTest, AdaptersAreNamedWithTheirIdsAndCountedByKind) {
+    tree_.Pci("0000:03:00.0", "0x020000", "0x8086", "0x1521", "fakenet");
+    tree_.Pci("0000:03:00.1", "0x020000", "0x8086", "0x1521", "fakenet");
+    tree_.Pci("0000:04:00.0", "0x020000", "0x8086", "0x1572", "fakenet");
+    EXPECT_EQ(Read(), 0);
+    ASSERT_THAT(Identifiers(), ElementsAre("fakenet_80861521", "fakenet_80861572"));
+    EXPECT_EQ(drivers_[0].DevicePresent, 2);
+    EXPECT_EQ(drivers_[1].DevicePresent, 1);
+}
+
+TEST_F(DriversTest, OtherDevicesOfAnAdaptersDriverHaveARecordOfTheirOwn) {
+    tree_.Pci("0000:03:00.0", "0x0c0330", "0x8086", "0x1521", "fake").Of("pci", "fake", "fake");
+    tree_.Device("platform", "fake.0", "fake").Of("platform", "fake", "fake");
+    tree_.File("/sys/module/fake/version", "1.2\n");
+    EXPECT_EQ(Read(), 0);
+    ASSERT_THAT(Identifiers(), ElementsAre("fake", "fake_80861521"));
+    EXPECT_EQ(drivers_[0].DevicePresent, 1);
+    EXPECT_EQ(drivers_[1].DevicePresent, 1);
+    EXPECT_EQ(drivers_[1].Version, "1.2");
+}
+
+TEST_F(DriversTest, DriverOfBridgesHasItsBareName) {
+    tree_.Pci("0000:00:1c.0", "0x060400", "0x8086", "0x2030", "fakeport");
+    EXPECT_EQ(Read(), 0);
+    EXPECT_THAT(Identifiers(), ElementsAre("fakeport"));
+}
+
+TEST_F(DriversTest, AdapterWithUnusableIdsHasTheBareNameOfItsDriver) {
+    tree_.Pci("0000:03:00.0", "0x020000", "0x8086", "what", "fakenet");
+    tree_.Pci("0000:04:00.0", "0x020000", "0x8086", "0x15", "fakenet");
+    EXPECT_EQ(Read(), 0);
+    ASSERT_THAT(Identifiers(), ElementsAre("fakenet"));
+    EXPECT_EQ(drivers_[0].DevicePresent, 2);
 }
 
 TEST_F(DriversTest, ListIsAppendedTo) {

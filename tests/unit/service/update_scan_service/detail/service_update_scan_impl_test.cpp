@@ -124,6 +124,35 @@ TEST_F(ServiceUpdateScanImplTest, RemoteModeParsesItsTargetFirst) {
     EXPECT_TRUE(log_.Has(3, "Start remote OS inventorying..."));
 }
 
+// The two scans of the machine itself say the same at first; only the one with a controller
+// measures its time.
+TEST_F(ServiceUpdateScanImplTest, InBandModeRunsTheScanWithTheController) {
+    EXPECT_CALL(platform_, MonotonicSeconds()).WillOnce(Return(0));
+    EXPECT_CALL(platform_, GetOSInfo(_, _)).WillOnce(Return(TIMEOUT));
+    EXPECT_EQ(Run(1).code, TIMEOUT);
+    EXPECT_TRUE(log_.Has(3, "Start inband inventorying..."));
+    EXPECT_TRUE(log_.Has(1, "Failed to Get inband system info"));
+}
+
+TEST_F(ServiceUpdateScanImplTest, LocalModeRunsTheScanWithoutAController) {
+    EXPECT_CALL(platform_, GetOSInfo(_, _)).WillOnce(Return(TIMEOUT));
+    EXPECT_EQ(Run(16).code, TIMEOUT);
+    EXPECT_TRUE(log_.Has(3, "Start inband inventorying..."));
+    EXPECT_TRUE(log_.Has(1, "Failed to Get inband system info"));
+}
+
+class AmdModeTest : public ServiceUpdateScanImplTest, public testing::WithParamInterface<int> {};
+
+TEST_P(AmdModeTest, RunsTheScanOfTheAmdPlatform) {
+    EXPECT_CALL(platform_, GetOSInfo(_)).WillOnce(Return(TIMEOUT));
+    const TarselResult result = Run(GetParam());
+    EXPECT_EQ(result.code, GET_OS_TYPE_FAILED);
+    EXPECT_EQ(result.message, "Failed to get AMD os info.");
+    EXPECT_TRUE(log_.Has(3, "Start AMI inventorying..."));
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, AmdModeTest, testing::Values(9, 13, 15));
+
 class UnsupportedModeTest : public ServiceUpdateScanImplTest,
                             public testing::WithParamInterface<int> {};
 
@@ -150,19 +179,6 @@ TEST_P(UnsupportedModeTest, StillLogsOptionsAndMode) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, UnsupportedModeTest, testing::Values(0, 10, 12, 14, 17, 4096, -1));
-
-class ModeNotBuiltYetTest : public ServiceUpdateScanImplTest,
-                            public testing::WithParamInterface<int> {};
-
-TEST_P(ModeNotBuiltYetTest, IsAGenericFailureThatTheLogExplains) {
-    const TarselResult result = Run(GetParam());
-    EXPECT_EQ(result.code, GENERIC_FAILURE);
-    EXPECT_EQ(result.message, "Generic Failure.");
-    EXPECT_THAT(log_.Texts(1), ElementsAre("The scan of this connection mode is not built yet:" +
-                                           std::to_string(GetParam())));
-}
-
-INSTANTIATE_TEST_SUITE_P(Modes, ModeNotBuiltYetTest, testing::Values(1, 9, 13, 15, 16));
 
 // ---- result and clean-up
 // ----------------------------------------------------------------------------
