@@ -78,7 +78,7 @@ void TcpRelay::Relay(int client, int server) {
     while (!must_end_) {
         // poll passes over negative descriptors: the silent server.
         std::array<pollfd, 2> watched{{{client, POLLIN, 0}, {server, POLLIN, 0}}};
-        const bool is_stalled = bytes_left_ == 0;
+        const bool is_stalled = IsFaulty();
         if (is_stalled && fault_ == RelayFault::kCut) return;
         if (is_stalled || server < 0) {
             poll(nullptr, 0, kLookAgainMs);
@@ -92,16 +92,24 @@ void TcpRelay::Relay(int client, int server) {
 
 bool TcpRelay::Forward(int from, int to, bool is_from_server) {
     std::array<char, 16384> block{};
-    const std::size_t room =
-        is_from_server ? std::min(block.size(), bytes_left_.load()) : block.size();
+    // The fault may be set at any moment, also while bytes are on their way through here.
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const std::size_t room = is_from_server ? std::min(block.size(), bytes_left_) : block.size();
+    if (room == 0) return true;
     const ssize_t count = recv(from, block.data(), room, 0);
     if (count <= 0) return false;
-    if (is_from_server) {
-        bytes_left_ -= static_cast<std::size_t>(count);
-    } else {
-        bytes_from_client_ += static_cast<std::size_t>(count);
-    }
+    if (is_from_server) bytes_left_ -= static_cast<std::size_t>(count);
     return send(to, block.data(), static_cast<std::size_t>(count), MSG_NOSIGNAL) == count;
+}
+
+void TcpRelay::FaultAfter(std::size_t more_bytes) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    bytes_left_ = more_bytes;
+}
+
+bool TcpRelay::IsFaulty() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return bytes_left_ == 0;
 }
 
 }  // namespace test_support

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <mutex>
 #include <string>
 #include <thread>
 
@@ -26,20 +27,19 @@ class TcpRelay {
 
     [[nodiscard]] int Port() const { return port_; }
     /// Lets that many more bytes pass before the fault.
-    void FaultAfter(std::size_t more_bytes) { bytes_left_ = more_bytes; }
-    /// What the client has sent so far.
-    [[nodiscard]] std::size_t BytesFromClient() const { return bytes_from_client_; }
+    void FaultAfter(std::size_t more_bytes);
 
   private:
     void Serve();
     void Relay(int client, int server);
+    bool IsFaulty();
     bool Forward(int from, int to, bool is_from_server);
 
     const int server_port_;
     const RelayFault fault_;
     const std::string greeting_;
-    std::atomic<std::size_t> bytes_left_;
-    std::atomic<std::size_t> bytes_from_client_{0};
+    std::mutex mutex_;
+    std::size_t bytes_left_;
     std::atomic<bool> must_end_{false};
     int listener_ = -1;
     int port_ = 0;
