@@ -1,6 +1,7 @@
 // What the kernel's attributes say of one PCI device.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>

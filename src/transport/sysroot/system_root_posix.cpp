@@ -44,11 +44,11 @@ bool IsDenial(int error) {
 
 // What was read before an error is dropped: half an attribute is none.
 std::optional<std::string> ReadAll(int handle, std::size_t max_bytes) {
-    constexpr std::size_t kStep = 4096;
+    constexpr std::size_t kFirstStep = 4096;
     std::string bytes;
     while (bytes.size() < max_bytes) {
         const std::size_t before = bytes.size();
-        bytes.resize(std::min(before + kStep, max_bytes));
+        bytes.resize(std::min(before + std::max(before, kFirstStep), max_bytes));
         const ssize_t count = ::read(handle, bytes.data() + before, bytes.size() - before);
         if (count < 0 && errno == EINTR) {
             bytes.resize(before);
