@@ -3,6 +3,7 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <thread>
 
 #include "acceptance/scan_remote_test_base.h"
@@ -89,6 +90,26 @@ TEST_F(ScanRemoteTest, ServerThatIsNotThereIsUnreachable) {
     EXPECT_THAT(ended.errors, HasSubstr("Nobody answered over SSH at 127.0.0.1"));
 }
 
+TEST_F(ScanRemoteTest, PasswordIsAskedForWithoutShowingIt) {
+    test_support::ChildSetup setup = RemoteScanBy(LeaveResult("0"));
+    setup.environment.erase("TARSEL_PASSWORD");
+    setup.has_terminal = true;
+    test_support::ChildProcess scan(setup);
+    ASSERT_TRUE(scan.WaitForErrors("Password for " + ServerTarget() + " (empty: only keys): "));
+    EXPECT_FALSE(scan.TerminalEchoes());
+    scan.Type(std::string(test_support::kSshPassword) + "\n");
+    EXPECT_EQ(scan.Wait(), 0) << scan.Errors();
+    EXPECT_THAT(scan.Errors(), Not(HasSubstr(test_support::kSshPassword)));
+}
+
+TEST_F(ScanRemoteTest, WithoutKeyPasswordAndTerminalTheLoginFailsAndSaysWhatToGive) {
+    test_support::ChildSetup setup = RemoteScanBy(LeaveResult("0"));
+    setup.environment.erase("TARSEL_PASSWORD");
+    const Ended ended = Run(setup);
+    EXPECT_EQ(ended.exit_code, 4);
+    EXPECT_THAT(ended.errors, HasSubstr("--ssh-key"));
+}
+
 // ---- what the remote run leaves -----------------------------------------------------------------
 
 TEST_F(ScanRemoteTest, RunWithoutScanFileSucceedsWithAnEmptyReport) {
@@ -129,6 +150,28 @@ TEST_F(ScanRemoteTest, FailedCommandTellsWhy) {
     EXPECT_EQ(ended.exit_code, 1);
     EXPECT_THAT(ended.errors, HasSubstr("ended with the exit code 9 and left no result (no such "
                                         "thing)"));
+}
+
+TEST_F(ScanRemoteTest, ServerThatGoesAwayDuringTheRunIsUnreachable) {
+    const Ended ended = Run(RemoteScanBy("kill -9 $PPID; sleep 5"));
+    EXPECT_EQ(ended.exit_code, 5) << ended.errors;
+    EXPECT_THAT(ended.errors, HasSubstr("The SSH connection was cut to 127.0.0.1"));
+    EXPECT_THAT(ended.errors,
+                HasSubstr("The remote folder could not be removed: " + RemoteFolder()));
+    fs::remove_all(RemoteFolder());
+}
+
+TEST_F(ScanRemoteTest, NoiseOfStartFilesDoesNotReachTheData) {
+    test_support::SshdSetup setup;
+    const std::string shell = folder_.Path("noisy");
+    folder_.Write("noisy", "#!/bin/sh\necho folder /tmp/tarsel.forged\nexec /bin/sh \"$@\"\n");
+    fs::permissions(shell, fs::perms::owner_all | fs::perms::others_read | fs::perms::others_exec);
+    setup.shell = shell;
+    StartServer(setup);
+    const Ended ended = Run(RemoteScanBy(LeaveResult("0")));
+    EXPECT_EQ(ended.exit_code, 0) << ended.errors;
+    EXPECT_THAT(Output("tarsel.log"), HasSubstr("bytes that the start files of the account"));
+    EXPECT_THAT(RemoteFolder(), Not(HasSubstr("forged")));
 }
 
 TEST_F(ScanRemoteTest, ChattyCommandDoesNotStall) {

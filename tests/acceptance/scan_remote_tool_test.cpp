@@ -59,11 +59,20 @@ TEST_F(ScanRemoteToolTest, CarriedToolGivesTheScanFileAndTheTablesMadeThere) {
     EXPECT_FALSE(fs::exists(RemoteFolder()));
 }
 
+TEST_F(ScanRemoteToolTest, ServerWithoutSftpGivesTheSame) {
+    test_support::SshdSetup setup;
+    setup.has_sftp = false;
+    StartServer(setup);
+    StartBmc();
+    const Ended ended = Run(RemoteScanBy(ScanFromThere(), {"--package-dir", Packages()}));
+    EXPECT_EQ(ended.exit_code, 0) << ended.errors;
+    EXPECT_EQ(Output("Tarsel-update-scan.xml"), MadeThere("Tarsel-update-scan.xml"));
+    EXPECT_THAT(Output("tarsel.log"), Not(HasSubstr("over SFTP")));
+}
+
 TEST_F(ScanRemoteToolTest, FailedScanThereIsAFailedScanHereWithItsExitCode) {
     StartBmc();
-    bmc_.reset();
-    StartBmc(Bmc());
-    std::string command = ScanFromThere();
+    const std::string command = ScanFromThere();
     std::ofstream(Home("password")) << "Wrong-Invented-Pass\n";
     const Ended ended = Run(RemoteScanBy(command, {"--package-dir", Packages()}));
     EXPECT_EQ(ended.exit_code, 4) << ended.errors;
