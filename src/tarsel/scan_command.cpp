@@ -293,6 +293,12 @@ void ScanRun::SayNotices() {
     if (arguments_.kind == TargetKind::kLocal && arguments_.scan_type == "dd") {
         SayOnce("A scan with --local reads no device drivers; --inband does.");
     }
+    if (arguments_.kind == TargetKind::kRemoteOs && arguments_.scan_type == "dd" &&
+        arguments_.remote.command.empty()) {
+        SayOnce(
+            "The scan there reads no device drivers unless it is made with --remote-command "
+            "\"{tarsel} scan --inband --scantype dd --output {folder}\".");
+    }
 }
 
 void ScanRun::Tell() {

@@ -3,14 +3,17 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 
 #include "acceptance/scan_remote_test_base.h"
+#include "support/golden_file.h"
 
 namespace acceptance {
 namespace {
 
 namespace fs = std::filesystem;
 
+using test_support::MatchesGoldenFile;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -43,6 +46,13 @@ class ScanRemoteToolTest : public ScanRemoteTestBase {
                "cp {folder}/*.xml ~; exit $status";
     }
 
+    static std::string CodeIn(const std::string& common_result) {
+        const std::size_t start = common_result.find("<CODE>");
+        return start == std::string::npos
+                   ? "none"
+                   : common_result.substr(start, common_result.find("</CODE>") - start);
+    }
+
     [[nodiscard]] std::string MadeThere(const std::string& name) const {
         return test_support::TemporaryFolder::ReadFile(Home(name));
     }
@@ -57,6 +67,36 @@ TEST_F(ScanRemoteToolTest, CarriedToolGivesTheScanFileAndTheTablesMadeThere) {
     EXPECT_EQ(ended.output, MadeThere("tables"));
     EXPECT_THAT(Output("remote-tarsel.log"), HasSubstr("tarsel " TARSEL_VERSION " scan of"));
     EXPECT_FALSE(fs::exists(RemoteFolder()));
+}
+
+// The account may read the tree, so nothing is missing without root's rights.
+TEST_F(ScanRemoteToolTest, RecordedServerScannedThereGivesWhatItGivesHere) {
+    const std::string scenario = TARSEL_SCENARIOS "/own-server/";
+    const std::string command = "{tarsel} scan --local --quiet --sysroot " + scenario +
+                                "sysroot --output {folder} >~/tables && cp {folder}/*.xml ~";
+    const Ended ended = Run(RemoteScanBy(command, {"--package-dir", Packages()}));
+    EXPECT_EQ(ended.exit_code, 0) << ended.errors;
+    EXPECT_EQ(Output("Tarsel-update-scan.xml"), MadeThere("Tarsel-update-scan.xml"));
+    EXPECT_EQ(ended.output, MadeThere("tables"));
+    EXPECT_TRUE(MatchesGoldenFile(ended.output, scenario + "expected-local-tables.txt"));
+    EXPECT_TRUE(
+        MatchesGoldenFile(Output("Tarsel-update-scan.xml"), scenario + "expected-local-scan.xml"));
+}
+
+// What this machine is does not matter here; that its scan of itself was made, fetched and is the
+// verdict does.
+TEST_F(ScanRemoteToolTest, WithoutACommandTheServerScansItself) {
+    const Ended ended = Run(RemoteScan({"--package-dir", Packages(), "--keep-remote"}));
+    const std::string told = "The remote folder was kept: ";
+    const std::size_t start = ended.errors.find(told);
+    ASSERT_NE(start, std::string::npos) << ended.errors;
+    const std::string folder = ended.errors.substr(
+        start + told.size(), ended.errors.find(" on ", start) - start - told.size());
+    const std::string there =
+        test_support::TemporaryFolder::ReadFile(folder + "/common_result.xml");
+    EXPECT_THAT(Output("remote-tarsel.log"), HasSubstr("connect_mode       = 16"));
+    EXPECT_EQ(CodeIn(Output("common_result.xml")), CodeIn(there)) << ended.errors;
+    fs::remove_all(folder);
 }
 
 TEST_F(ScanRemoteToolTest, ServerWithoutSftpGivesTheSame) {

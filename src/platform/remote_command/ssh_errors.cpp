@@ -68,9 +68,10 @@ Row RowOfLogin(SshProblem problem, SshStep step) {
                     "if the server was installed anew, remove the old key from the file; nothing "
                     "was sent"};
         case SshProblem::kAuthRefused:
-            return {AUTHENTICATION_FAILED, "The login over SSH was refused by",
-                    "check user name, password and key; no further login is tried, so that the "
-                    "account is not locked"};
+            return {
+                AUTHENTICATION_FAILED, "The login over SSH was refused by",
+                "check user name, password and key (--ssh-key and the password options give them); "
+                "no further login is tried, so that the account is not locked"};
         case SshProblem::kNoUsableAuth:
             return {AUTHENTICATION_FAILED, "There is neither a key nor a password to log in to",
                     "give what the server asks for, with --ssh-key or one of the password options"};
