@@ -115,13 +115,12 @@ SshFailure ProcessTalk::SendFile(const UploadJob& job) {
     return {};
 }
 
-SshFailure ProcessTalk::Finish(int& exit_status) {
+SshFailure ProcessTalk::Finish() {
     const SshChannel& channel = process_.Channel();
     while (!channel.IsClosed() && !channel.HasResult()) {
         if (auto failure = link_.Pump(limit_)) return failure;
     }
-    exit_status = channel.ExitStatus().value_or(-1);
-    return {};
+    return channel.ExitStatus().value_or(-1) == 0 ? SshFailure{} : Broken(Words());
 }
 
 }  // namespace Vantix::transport

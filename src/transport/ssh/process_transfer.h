@@ -31,8 +31,8 @@ class ProcessTalk {
     [[nodiscard]] SshFailure SendFile(const UploadJob& job);
     void EndInput() { process_.Channel().EndInput(); }
 
-    /// Waits for the end; the exit status, -1 when there is none.
-    [[nodiscard]] SshFailure Finish(int& exit_status);
+    /// Waits for the end, which must be an exit with 0.
+    [[nodiscard]] SshFailure Finish();
 
     /// What the command said on its error output, clean; else why it broke off.
     [[nodiscard]] std::string Words() const;

@@ -46,7 +46,9 @@ SshFailure DownloadByScp(SshLink& link, const std::string& remote_path, PartFile
     if (auto failure = Go(talk)) return failure;
     if (auto failure = talk.ReadInto(file, line.size)) return failure;
     if (auto failure = ExpectGo(talk)) return failure;
-    return Go(talk);
+    if (auto failure = Go(talk)) return failure;
+    talk.EndInput();
+    return talk.Finish();
 }
 
 // A file that is there keeps its mode: it is set before any byte comes, and the size asked for at

@@ -31,7 +31,8 @@ SshFailure ExpectSize(ProcessTalk& talk, std::uint64_t expected) {
     if (auto failure = talk.ReadLine(line)) return failure;
     std::uint64_t size = 0;
     if (!ReadCount(line, size)) return Broken("no size came");
-    return size == expected ? SshFailure{} : SizeDiffers(expected, size);
+    if (size != expected) return SizeDiffers(expected, size);
+    return talk.Finish();
 }
 
 SshFailure DownloadByShell(SshLink& link, const std::string& remote_path, PartFile& file) {
@@ -50,9 +51,7 @@ SshFailure DownloadByShell(SshLink& link, const std::string& remote_path, PartFi
     if (!ReadCount(line, size)) return Broken("no size came");
     if (size > file.MaxBytes()) return TooLarge(file.MaxBytes());
     if (auto failure = talk.ReadInto(file, size)) return failure;
-    int exit_status = -1;
-    if (auto failure = talk.Finish(exit_status)) return failure;
-    return exit_status == 0 ? SshFailure{} : Broken(talk.Words());
+    return talk.Finish();
 }
 
 SshFailure UploadByShell(SshLink& link, const UploadJob& job) {

@@ -119,6 +119,33 @@ TEST_F(BadSshServerTest, ServerThatHangsUpInTheMiddleOfTheKeyExchangeIsToldAtOnc
     }
 }
 
+TEST_F(BadSshServerTest, ServerThatFallsSilentDuringLoginEndsWithinTheLimit) {
+    StartServer();
+    TcpRelay relay(server_->Port());
+    SshTarget target = PasswordTarget(relay.Port());
+    target.limits.authentication = milliseconds(600);
+    target.may_try_login = [&] {
+        relay.FaultAfter(0);
+        return true;
+    };
+    const SshFailure failure = Connect(target);
+    EXPECT_EQ(failure.problem, SshProblem::kTimedOut);
+    EXPECT_THAT(failure.text, HasSubstr("did not end the login within the limit"));
+}
+
+TEST_F(BadSshServerTest, ConnectionCutDuringLoginIsNoRefusedPassword) {
+    StartServer();
+    TcpRelay relay(server_->Port(), static_cast<std::size_t>(-1), RelayFault::kCut);
+    SshTarget target = PasswordTarget(relay.Port());
+    int asked = 0;
+    target.may_try_login = [&] {
+        if (++asked == 2) relay.FaultAfter(0);
+        return true;
+    };
+    target.login_refused = [](const std::string& what) { ADD_FAILURE() << what; };
+    EXPECT_EQ(Connect(target).problem, SshProblem::kConnectionLost);
+}
+
 TEST_F(BadSshServerTest, ServerThatBabblesIsToldAsOneWithoutSsh) {
     TcpRelay babbler(0, 1, RelayFault::kStall, std::string(100000, 'x'));
     SshTarget target = Nobody(babbler.Port());

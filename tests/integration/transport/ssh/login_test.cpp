@@ -159,23 +159,58 @@ TEST_F(SshLoginTest, KeyWithPassphraseNeedsIt) {
     EXPECT_EQ(Connect(target).problem, SshProblem::kAuthRefused);
 }
 
+// An agent that holds one key, for as long as the object lives.
+class Agent {
+  public:
+    Agent(const std::string& socket, const std::string& key_file) : agent_(Setup(socket)) {
+        EXPECT_TRUE(agent_.WaitForOutput("SSH_AUTH_SOCK"));
+        test_support::ChildSetup setup;
+        setup.arguments = {"/usr/bin/ssh-add", "-q", key_file};
+        setup.environment = {{"PATH", "/usr/bin:/bin"}, {"SSH_AUTH_SOCK", socket}};
+        test_support::ChildProcess adding(setup);
+        EXPECT_EQ(adding.Wait(), 0) << adding.Errors();
+        setenv("SSH_AUTH_SOCK", socket.c_str(), 1);
+    }
+    ~Agent() { unsetenv("SSH_AUTH_SOCK"); }
+
+  private:
+    static test_support::ChildSetup Setup(const std::string& socket) {
+        test_support::ChildSetup setup;
+        setup.arguments = {"/usr/bin/ssh-agent", "-D", "-a", socket};
+        setup.environment = {{"PATH", "/usr/bin:/bin"}};
+        return setup;
+    }
+    test_support::ChildProcess agent_;
+};
+
 TEST_F(SshLoginTest, AgentsKeyOpensTheAccountWhenNothingElseIsGiven) {
     StartServer(KeyOnly());
-    test_support::ChildSetup setup;
-    const std::string socket = folder_.Path("agent");
-    setup.arguments = {"/usr/bin/ssh-agent", "-D", "-a", socket};
-    setup.environment = {{"PATH", "/usr/bin:/bin"}};
-    test_support::ChildProcess agent(setup);
-    ASSERT_TRUE(agent.WaitForOutput("SSH_AUTH_SOCK"));
-    test_support::ChildSetup add;
-    add.arguments = {"/usr/bin/ssh-add", "-q", server_->KeyFile()};
-    add.environment = {{"PATH", "/usr/bin:/bin"}, {"SSH_AUTH_SOCK", socket}};
-    test_support::ChildProcess adding(add);
-    ASSERT_EQ(adding.Wait(), 0) << adding.Errors();
-    setenv("SSH_AUTH_SOCK", socket.c_str(), 1);
+    const Agent agent(folder_.Path("agent"), server_->KeyFile());
     const SshFailure failure = Connect(Target());
-    unsetenv("SSH_AUTH_SOCK");
     EXPECT_FALSE(failure) << failure.text;
+    EXPECT_EQ(server_->CountInLog("Accepted publickey"), 1);
+}
+
+TEST_F(SshLoginTest, AgentsKeysStayAwayWhereAKeyFileIsGiven) {
+    StartServer(KeyOnly());
+    const Agent agent(folder_.Path("agent"), server_->KeyFile());
+    SshTarget target = Target();
+    target.key_file = server_->StrangeKeyFile();
+    EXPECT_EQ(Connect(target).problem, SshProblem::kAuthRefused);
+}
+
+TEST_F(SshLoginTest, AgentsKeysStayAwayWhereThePasswordIsTaken) {
+    StartServer();
+    const Agent agent(folder_.Path("agent"), server_->StrangeKeyFile());
+    EXPECT_FALSE(Connect(PasswordTarget()));
+    EXPECT_EQ(server_->CountInLog("Accepted password"), 1);
+    EXPECT_THAT(server_->Log(), Not(HasSubstr("publickey for tester")));
+}
+
+TEST_F(SshLoginTest, AgentsKeysAreOfferedWhereNoPasswordIsTaken) {
+    StartServer(KeyOnly());
+    const Agent agent(folder_.Path("agent"), server_->KeyFile());
+    EXPECT_FALSE(Connect(PasswordTarget()));
     EXPECT_EQ(server_->CountInLog("Accepted publickey"), 1);
 }
 
