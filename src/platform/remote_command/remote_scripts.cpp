@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "transport/ssh/remote_shell.h"
+#include "transport/text/text_cleaning.h"
 
 namespace Vantix::remote {
 namespace {
@@ -182,6 +183,15 @@ std::string RunScript(const std::string& command, const std::string& folder, con
     }
     return script + "exec </dev/null\n" +
            Expanded(CommandOrDefault(command), quoted_folder, tool_call) + "\n";
+}
+
+std::string LastWords(std::string_view error_output) {
+    constexpr std::size_t kShown = 200;
+    const std::size_t end = error_output.find_last_not_of(" \t\r\n");
+    if (end == std::string_view::npos) return {};
+    const std::size_t start = error_output.find_last_of('\n', end);
+    const std::size_t from = start == std::string_view::npos ? 0 : start + 1;
+    return transport::CleanStart(error_output.substr(from, end + 1 - from), kShown);
 }
 
 bool NeedsTool(const std::string& command) {

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Vantix::remote {
@@ -59,6 +60,9 @@ struct ToolCall {
 /// command starts can read it but sudo.
 [[nodiscard]] std::string RunScript(const std::string& command, const std::string& folder,
                                     const ToolCall& call);
+/// The last line with anything in it, clean and cut: what a program says last is usually why it
+/// gave up.
+[[nodiscard]] std::string LastWords(std::string_view error_output);
 /// True when the command, or the default one for an empty text, calls the tool by "{tarsel}".
 [[nodiscard]] bool NeedsTool(const std::string& command);
 

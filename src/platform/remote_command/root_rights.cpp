@@ -3,8 +3,6 @@
 #include <chrono>
 #include <random>
 
-#include "transport/text/text_cleaning.h"
-
 namespace Vantix::remote {
 namespace {
 
@@ -44,7 +42,7 @@ std::string LastingTool(const RemoteMachine& machine) {
 }
 
 std::string Notice(const RemoteMachine& machine, const std::string& words) {
-    const std::string said = transport::CleanStart(words);
+    const std::string said = LastWords(words);
     const std::string account = machine.user.empty() ? "ACCOUNT" : machine.user;
     return "The scan runs without root's rights there, so some facts are missing" +
            (said.empty() ? std::string() : " (sudo says: " + said + ")") +

@@ -39,15 +39,6 @@ TarselResult Success() {
     return TarselResult(SUCCEED, "");
 }
 
-// What a program says last is usually why it gave up.
-std::string LastWords(const std::string& text) {
-    std::size_t end = text.find_last_not_of(" \t\r\n");
-    if (end == std::string::npos) return {};
-    const std::size_t start = text.find_last_of('\n', end);
-    const std::size_t from = start == std::string::npos ? 0 : start + 1;
-    return CleanStart(std::string_view(text).substr(from, end + 1 - from), 200);
-}
-
 std::string EndText(const RemoteOutcome& outcome) {
     return outcome.exit_status >= 0 ? "with the exit code " + std::to_string(outcome.exit_status)
                                     : "by the signal " + CleanText(outcome.exit_signal);

@@ -232,6 +232,14 @@ TEST_F(RemoteScriptsTest, FilesOfRootStayReadableForTheAccount) {
               fs::perms::none);
 }
 
+TEST_F(RemoteScriptsTest, LastWordsAreTheLastLineClean) {
+    EXPECT_EQ(LastWords("first\nsecond\x1B[0m\r\n \n"), "second [0m");
+    EXPECT_EQ(LastWords("only"), "only");
+    EXPECT_EQ(LastWords("\n\n"), "");
+    EXPECT_EQ(LastWords(""), "");
+    EXPECT_EQ(LastWords(std::string(1000, 'x')).size(), 200U);
+}
+
 TEST_F(RemoteScriptsTest, ToolIsNeededWhereItIsNamed) {
     EXPECT_TRUE(NeedsTool(""));
     EXPECT_TRUE(NeedsTool("nice {tarsel} scan --inband"));

@@ -89,7 +89,7 @@ TEST_F(RootRightsTest, WrongPasswordIsTriedOnceAndThePromptIsNotShown) {
         const std::size_t start = command.command_line.find("-p ") + 3;
         const std::string prompt =
             command.command_line.substr(start, command.command_line.find(' ', start) - start);
-        return Ends(1, "", prompt + "Sorry, try again.\n" + prompt);
+        return Ends(1, "", "A lecture.\n" + prompt + "Sorry, try again.\n" + prompt);
     });
     const RootRights rights = Find(kPassword);
     EXPECT_EQ(rights.call.sudo, "");
