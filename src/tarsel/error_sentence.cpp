@@ -8,6 +8,9 @@
 namespace tarsel {
 namespace {
 
+// Messages that name it are whole sentences, as are those that name the target.
+constexpr const char* kOwnBmc = "this machine's BMC";
+
 std::string OneLine(std::string text) {
     std::replace_if(
         text.begin(), text.end(),
@@ -42,6 +45,7 @@ std::string ErrorSentence(const TarselResult& result, const std::string& target,
         result.message.empty() ? GetResultMessage(result.code) : result.message;
     const std::string message = OneLine(Vantix::MaskSecrets(known));
     if (!host.empty() && message.find(host) != std::string::npos) return message + ".";
+    if (message.find(kOwnBmc) != std::string::npos) return message + ".";
     const std::string code = std::to_string(result.code);
     return "The scan of " + target + " failed: " + message + " (code " + code + "); " +
            WhatToDo(exit_code) + ".";

@@ -49,12 +49,24 @@ class OwnMachineScanTest : public TarselCommandTestBase {
         EXPECT_TRUE(MatchesGoldenFile(Output("Tarsel-update-scan.xml"),
                                       Expected("expected-" + name + "-scan.xml")));
     }
-    /// Scans a copy of the tree, to be changed by the test.
-    [[nodiscard]] std::string CopyTree() {
+    /// Lets scans read a copy of the tree, for the test to change, and returns its folder.
+    std::string CopyTree() {
         tree_ = folder_.Path("tree");
         fs::copy(Expected("sysroot"), tree_,
                  fs::copy_options::recursive | fs::copy_options::copy_symlinks);
         return tree_;
+    }
+
+    /// Writes another port over that of the SMBIOS record, which stands behind the network mask.
+    void PointHostInterfaceAt(int port) const {
+        const std::string name = "tree/sys/firmware/dmi/tables/DMI";
+        const std::string mask = std::string("\xFF", 1) + std::string(15, '\0');
+        std::string table = folder_.Read(name);
+        const std::size_t at = table.rfind(mask);
+        ASSERT_NE(at, std::string::npos);
+        table[at + mask.size()] = static_cast<char>(port % 256);
+        table[at + mask.size() + 1] = static_cast<char>(port / 256);
+        folder_.Write(name, table);
     }
 
     std::string tree_ = Expected("sysroot");
@@ -157,6 +169,24 @@ TEST_F(OwnMachineScanTest, InBandScanOverRedfishLeavesTheDisksToTheBmc) {
     StartBmc(Bmc("tavro-v3"));
     ExpectScan(Run(ScanWithBmc("--inband")), "inband-redfish");
     EXPECT_EQ(bmc_->Counts().sessions_made, bmc_->Counts().sessions_ended);
+}
+
+TEST_F(OwnMachineScanTest, InBandScanFindsTheBmcWhereTheFirmwareSaysItIs) {
+    StartBmc(Bmc("tavro-v3"));
+    CopyTree();
+    PointHostInterfaceAt(std::stoi(Port()));
+    auto setup = OwnScan({"--inband", "--user", kUser, "--pin", bmc_->Fingerprint()});
+    setup.environment["TARSEL_PASSWORD"] = kPassword;
+    ExpectScan(Run(setup), "inband-redfish");
+}
+
+TEST_F(OwnMachineScanTest, BmcWithoutUserAndWithoutSystemInterfaceIsSaidToBeUnreachable) {
+    for (const char* const option : {"--inband", "--amd"}) {
+        const Ended ended = Run(OwnScan({option, "--insecure"}, {"-q"}));
+        EXPECT_NE(ended.exit_code, 0);
+        EXPECT_THAT(ended.errors, HasSubstr("No account for this machine's BMC")) << option;
+        EXPECT_THAT(ended.errors, HasSubstr("--user")) << option;
+    }
 }
 
 TEST_F(OwnMachineScanTest, InBandFirmwareScanListsNoDriver) {

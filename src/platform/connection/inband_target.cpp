@@ -102,7 +102,12 @@ TarselResult FillInbandAccount(ConnectOption& option) {
         const TarselResult result = ipmi::GetBootstrapAccount(
             option, transport::SystemCommandRunner(), transport::SystemClock(), account);
         if (result == KCS_CONNECT_FAILED) option.run->Remember(kNoAccountKey, result.message);
-        if (!result.IsSucceed()) return result;
+        if (!result.IsSucceed()) {
+            // The scan of an AMD platform goes on and has another failure to report.
+            const bool is_result = option.connect_mode == kConnectModeInbandBmc;
+            if (!is_result) option.run->AddNotice(result.message);
+            return result;
+        }
         option.run->KeepAccount(account);
     }
     option.user = account.user;

@@ -33,6 +33,12 @@ TEST(ErrorSentenceTest, MessageThatNamesTheHostIsTheSentence) {
               "Nobody answers at 127.0.0.1; check its address.");
 }
 
+TEST(ErrorSentenceTest, MessageThatNamesTheOwnBmcIsTheSentence) {
+    EXPECT_EQ(ErrorSentence(TarselResult(50, "No account for this machine's BMC; run it as root."),
+                            "db7", "", kExitUnreachable),
+              "No account for this machine's BMC; run it as root.");
+}
+
 TEST(ErrorSentenceTest, AdviceFollowsTheKindOfFailure) {
     const TarselResult result(1, "x");
     EXPECT_THAT(Sentence(result, kExitAuthentication), EndsWith("password before you try again."));

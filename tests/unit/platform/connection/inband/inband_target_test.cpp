@@ -189,6 +189,15 @@ TEST_F(InbandAccountTest, WithoutDeviceThereIsNone) {
     EXPECT_EQ(option_.user, "");
 }
 
+TEST_F(InbandAccountTest, RefusalIsSaidAloudWhereItIsNotTheResultOfTheScan) {
+    static_cast<void>(FillInbandAccount(option_));
+    EXPECT_THAT(option_.run->Notices(), testing::IsEmpty());
+    option_.connect_mode = kConnectModeAmd;
+    option_.run = std::make_shared<RunContext>();
+    const TarselResult result = FillInbandAccount(option_);
+    EXPECT_THAT(option_.run->Notices(), testing::ElementsAre(result.message));
+}
+
 TEST_F(InbandAccountTest, RefusalIsKeptForTheRun) {
     const TarselResult first = FillInbandAccount(option_);
     option_.run->Cancel();  // asking again would be interrupted
