@@ -46,4 +46,17 @@ Facts ReadFacts(std::string_view text) {
     return facts;
 }
 
+std::string WithMarks(std::string text, const Facts& facts, const std::vector<std::string>& keys) {
+    for (const std::string& key : keys) {
+        const auto fact = facts.find(key);
+        if (fact == facts.end() || fact->second.empty()) continue;
+        const std::string mark = "${" + key + "}";
+        for (std::size_t at = text.find(fact->second); at != std::string::npos;
+             at = text.find(fact->second, at + mark.size())) {
+            text.replace(at, fact->second.size(), mark);
+        }
+    }
+    return text;
+}
+
 }  // namespace guest

@@ -5,6 +5,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace guest {
 
@@ -21,5 +22,10 @@ using Facts = std::map<std::string, std::string, std::less<>>;
 
 /// The "key=value" lines of a text.
 [[nodiscard]] Facts ReadFacts(std::string_view text);
+
+/// The text with the values of these facts replaced by "${key}", the first key of several with the
+/// same value; facts that are empty or were not told replace nothing.
+[[nodiscard]] std::string WithMarks(std::string text, const Facts& facts,
+                                    const std::vector<std::string>& keys);
 
 }  // namespace guest

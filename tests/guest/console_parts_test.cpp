@@ -28,5 +28,10 @@ TEST(ConsolePartsTest, FactsAreSplitAtTheFirstEqualsSign) {
     EXPECT_EQ(facts, (Facts{{"a", "b=c"}, {"empty", ""}}));
 }
 
+TEST(ConsolePartsTest, ValuesOfTheNamedFactsBecomeMarks) {
+    const Facts facts = {{"a", "1.2"}, {"b", "1.2"}, {"c", ""}, {"d", "x"}};
+    EXPECT_EQ(WithMarks("1.2 x 1.2", facts, {"a", "b", "c", "no"}), "${a} x ${a}");
+}
+
 }  // namespace
 }  // namespace guest

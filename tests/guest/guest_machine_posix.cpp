@@ -3,17 +3,19 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "guest/smbios_structures.h"
 #include "support/child_process_posix.h"
 #include "support/ipmi_simulator_posix.h"
+#include "support/smbios_builder.h"
 #include "support/temporary_folder.h"
 
 namespace guest {
 namespace {
 
 namespace fs = std::filesystem;
+using test_support::AnSmbiosTable;
 using test_support::ChildProcess;
 using test_support::ChildSetup;
+using test_support::HostInterfaceFields;
 using test_support::IpmiSimulator;
 using test_support::TemporaryFolder;
 using Arguments = std::vector<std::string>;
@@ -22,6 +24,8 @@ constexpr const char* kEmulator = "/usr/bin/qemu-system-x86_64";
 constexpr const char* kDone = "@@done";
 constexpr const char* kPath = "/usr/bin:/bin:/usr/sbin:/sbin";
 constexpr std::uint64_t kMebibyte = 1024 * 1024;
+/// The RAID adapter's device number on PCI bus 0.
+constexpr int kAdapterDevice = 5;
 /// Each wait of ChildProcess is a minute.
 constexpr int kMinutes = 2;
 
@@ -44,9 +48,10 @@ std::string Image(const TemporaryFolder& folder, const std::string& name, std::u
 std::string ExtraFiles(const TemporaryFolder& folder) {
     const fs::path extra = folder.Path("extra");
     fs::create_directories(extra / "opt/bmc");
-    for (const char* const name : {"tavro-v3"}) {
-        fs::copy(fs::path(TARSEL_SCENARIOS) / name, extra / "opt/bmc" / name,
-                 fs::copy_options::recursive);
+    for (const fs::path& scenario :
+         {fs::path(TARSEL_SCENARIOS) / "tavro-v3", fs::path(TARSEL_SCENARIOS) / "amd-ami-bmc",
+          fs::path(TARSEL_GUEST_SOURCES) / "bmc/drive-bmc"}) {
+        fs::copy(scenario, extra / "opt/bmc" / scenario.filename(), fs::copy_options::recursive);
     }
     return extra;
 }
@@ -77,8 +82,19 @@ Arguments Board(const std::string& initrd) {
             "console=ttyS0 quiet loglevel=0 panic=-1 rdinit=/init"};
 }
 
+/// What QEMU cannot be told in words: a structure without the table's end, which QEMU adds.
+std::string Structure(const AnSmbiosTable& table) {
+    std::string bytes = table.Bytes();
+    bytes.resize(bytes.size() - AnSmbiosTable().Bytes().size());
+    return bytes;
+}
+
 Arguments Smbios(const TemporaryFolder& folder) {
-    const std::string slot = folder.Write("slot", SlotStructure(0x901, "PCIe Slot 5", 5, 5));
+    const std::string slot = folder.Write(
+        "slot", Structure(AnSmbiosTable().Slot("PCIe Slot 5", 5, 0, 0, kAdapterDevice << 3)));
+    HostInterfaceFields way;
+    way.service_address = std::string("\x7F\0\0\x01", 4);
+    const std::string bmc = folder.Write("bmc", Structure(AnSmbiosTable().HostInterface(way)));
     return {"-smbios",
             "type=0,vendor=Example,version=EX1.02,date=01/02/2024,release=1.2",
             "-smbios",
@@ -89,7 +105,9 @@ Arguments Smbios(const TemporaryFolder& folder) {
             "-smbios",
             "type=3,manufacturer=Example,serial=CHS12345",
             "-smbios",
-            "file=" + slot};
+            "file=" + slot,
+            "-smbios",
+            "file=" + bmc};
 }
 
 /// In a root port of its own, whose slot has the number.
@@ -110,9 +128,10 @@ Arguments Devices(const TemporaryFolder& folder, int ipmi_port) {
     Append(all, InSlot(12, "nvme,serial=NVSER0002,drive=second"));
     Append(all, InSlot(13, "e1000e"));
     Append(all, Drive("disk", Image(folder, "disk", 4 * kMebibyte)));
-    Append(all, {"-device", "megasas-gen2,id=raid,addr=5", "-device",
-                 "scsi-hd,bus=raid.0,drive=disk,vendor=EXAMPLE,product=DISK01,ver=DF01,"
-                 "serial=DSER01"});
+    Append(all,
+           {"-device", "megasas-gen2,id=raid,addr=" + std::to_string(kAdapterDevice), "-device",
+            "scsi-hd,bus=raid.0,drive=disk,vendor=EXAMPLE,product=DISK01,ver=DF01,"
+            "serial=DSER01"});
     Append(all, {"-object",
                  "memory-backend-file,id=memory,share=on,size=128M,mem-path=" +
                      Image(folder, "memory", 128 * kMebibyte),

@@ -26,6 +26,8 @@ class GuestMachine {
     [[nodiscard]] ConsolePart Told(const std::string& name) const;
     /// A line of the part "facts"; empty when it was not told.
     [[nodiscard]] std::string Fact(const std::string& key) const;
+    /// All of them.
+    [[nodiscard]] const Facts& AllFacts() const { return facts_; }
     [[nodiscard]] const std::string& Console() const { return console_; }
 
   private:
