@@ -276,7 +276,7 @@ class HangingRemoteRunTest : public ScanRemoteTestBase {
 };
 
 TEST_F(HangingRemoteRunTest, IsEndedByTheDeadline) {
-    const Ended ended = Run(RemoteScanBy(kHang, {"--deadline", "3"}));
+    const Ended ended = Run(RemoteScanBy(kHang, {"--deadline", "6"}));
     EXPECT_EQ(ended.exit_code, 5) << ended.errors;
     EXPECT_THAT(ended.errors, HasSubstr("--deadline"));
     EXPECT_TRUE(fs::exists(Home("process")));
