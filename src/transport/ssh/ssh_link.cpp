@@ -117,8 +117,9 @@ SshFailure SshLink::Open() {
 SshFailure SshLink::Dial(const StepLimit& limit) {
     StepLimit dial_limit = limit;
     dial_limit.until = std::min(limit.until, total_end_);
+    // The dialler knows the limit itself and says what it was waiting for.
     const Dialed dialed =
-        DialTcp(target_.host, target_.port, dial_limit, [this, &limit] { return MustStop(limit); });
+        DialTcp(target_.host, target_.port, dial_limit, [this] { return MustStop(StepLimit{}); });
     if (dialed.failure) return dialed.failure;
     ssh_options_set(session_.get(), SSH_OPTIONS_FD, &dialed.socket);
     ssh_set_blocking(session_.get(), 0);
@@ -143,7 +144,7 @@ SshFailure SshLink::ExchangeKeys(const StepLimit& limit) {
 
 SshFailure SshLink::Failed(SshProblem problem, const std::string& what) const {
     if (IsConnected()) return {problem, Place() + " " + what + ": " + LastWords()};
-    const std::string words = session_ == nullptr ? "" : LastWords();
+    const std::string words = LastWords();
     return {SshProblem::kConnectionLost,
             "the connection to " + Place() + " was cut" + (words.empty() ? "" : ": " + words)};
 }
