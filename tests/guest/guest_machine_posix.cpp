@@ -27,7 +27,7 @@ constexpr std::uint64_t kMebibyte = 1024 * 1024;
 /// The RAID adapter's device number on PCI bus 0.
 constexpr int kAdapterDevice = 5;
 /// Each wait of ChildProcess is a minute.
-constexpr int kMinutes = 2;
+constexpr int kMinutes = 3;
 
 std::string FilesPath(const std::string& name) {
     return std::string(TARSEL_GUEST_FILES) + "/" + name;
