@@ -175,7 +175,7 @@ TEST_F(BadSshServerTest, SilencedCommandKeepsWhatCameBefore) {
     TcpRelay relay(server_->Port());
     auto shell = LoggedIn(Hasty(relay));
     relay.FaultAfter(4600);
-    const RemoteOutcome outcome = shell->Execute(Line("head -c 4000 /dev/zero; sleep 600"));
+    const RemoteOutcome outcome = shell->Execute(Line("head -c 4000 /dev/zero; sleep 20"));
     EXPECT_TRUE(outcome.failure);
     EXPECT_EQ(outcome.output.size(), 4000U);
     EXPECT_EQ(outcome.exit_status, -1);
