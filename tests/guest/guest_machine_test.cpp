@@ -12,6 +12,8 @@ namespace {
 
 /// What tarsel ends with when a source could not be read.
 constexpr int kPartial = 3;
+/// And when the BMC could not be talked to.
+constexpr int kNotReachable = 5;
 
 // One boot for all cases; each looks at what the machine told about one thing.
 class GuestMachineTest : public testing::Test {
@@ -116,6 +118,15 @@ TEST_F(GuestMachineTest, InbandScanTellsTheFirmwareOfTheBmcAndNoDiskTwice) {
 TEST_F(GuestMachineTest, InbandScanFindsTheBmcInTheTablesOfTheMachine) {
     ExpectEnd("inband-found", 0);
     EXPECT_EQ(TextOf("inband-found.xml"), TextOf("inband.xml"));
+}
+
+TEST_F(GuestMachineTest, InbandScanWithoutUserSaysThatTheControllerGaveNoAccount) {
+    ExpectEnd("nouser", kNotReachable);
+    const std::string said = machine_->Told("nouser").text;
+    EXPECT_NE(said.find("No account for this machine's BMC could be got from the BMC itself: it "
+                        "refuses (completion code 0xc1)"),
+              std::string::npos)
+        << said;
 }
 
 TEST_F(GuestMachineTest, InbandScanOverCimDropsTheDriveThatTheBmcTold) {
