@@ -208,8 +208,28 @@ TEST_F(ScanRemoteTest, MalformedScanFileIsAnInvalidFile) {
     EXPECT_THAT(Output("common_result.xml"), HasSubstr("<CODE>7</CODE>"));
 }
 
+TEST_F(ScanRemoteTest, ScanFileOfCountlessElementsIsNotRead) {
+    const Ended ended = Run(
+        RemoteScanBy("{ echo '<SCAN>'; head -c 7000000 /dev/zero | sed 's/\\x00/<a\\/>/g'; echo "
+                     "'</SCAN>'; } >{folder}/Tarsel-update-scan.xml; " +
+                     LeaveResult("0")));
+    EXPECT_EQ(ended.exit_code, 1);
+    EXPECT_THAT(ended.errors, HasSubstr("holds more than any scan writes"));
+    EXPECT_THAT(Output("common_result.xml"), HasSubstr("<CODE>7</CODE>"));
+}
+
+TEST_F(ScanRemoteTest, KeyFileThatIsNoneIsToldAsSuch) {
+    test_support::ChildSetup setup =
+        RemoteScanBy(LeaveResult("0"), {"--ssh-key", folder_.Write("id", "no key")});
+    setup.environment.erase("TARSEL_PASSWORD");
+    const Ended ended = Run(setup);
+    EXPECT_EQ(ended.exit_code, 1);
+    EXPECT_THAT(ended.errors, HasSubstr("The key file cannot be used to log in to 127.0.0.1"));
+    EXPECT_THAT(Output("common_result.xml"), HasSubstr("<CODE>10</CODE>"));
+}
+
 TEST_F(ScanRemoteTest, DeeplyNestedFilesDoNoHarm) {
-    const std::string deep = "head -c 600000 /dev/zero | sed 's/\\x00/<a>/g' >{folder}/";
+    const std::string deep = "head -c 400000 /dev/zero | sed 's/\\x00/<a>/g' >{folder}/";
     const Ended ended =
         Run(RemoteScanBy(deep + "Tarsel-update-scan.xml; " + deep + "common_result.xml"));
     EXPECT_EQ(ended.exit_code, 1);

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
 
 #include "transport/text/text_cleaning.h"
 
@@ -15,6 +16,11 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kLongestReference = 64;
+// A package has two dozen marks; a tree node costs half a kilobyte, and each row of the tables is
+// as wide as its widest cell.
+constexpr std::size_t kMostMarks = 500'000;
+constexpr std::size_t kLongestText = 4096;
+constexpr const char* kEscapedAmpersand = "&amp;";
 
 bool IsControl(std::uint32_t character) {
     const bool is_layout = character == '\t' || character == '\n' || character == '\r';
@@ -46,6 +52,13 @@ bool IsControlReference(std::string_view reference) {
     return read.ec != std::errc() || read.ptr != end || value > 0x10FFFF || IsControl(value);
 }
 
+// Readers take references of any length: one that is not looked at must not stay one.
+bool IsEndlessReference(std::string_view text) {
+    constexpr std::string_view kDigits = "xX0123456789abcdefABCDEF";
+    return text.starts_with("&#") &&
+           text.substr(2, kLongestReference).find_first_not_of(kDigits) == std::string_view::npos;
+}
+
 }  // namespace
 
 std::string CleanScanXml(std::string_view xml) {
@@ -55,6 +68,9 @@ std::string CleanScanXml(std::string_view xml) {
         std::size_t length = ReferenceLength(xml);
         if (length > 0) {
             clean += IsControlReference(xml.substr(0, length)) ? " " : xml.substr(0, length);
+        } else if (IsEndlessReference(xml)) {
+            clean += kEscapedAmpersand;
+            length = 1;
         } else {
             length = transport::Utf8SequenceLength(xml, 0);
             const std::string_view sequence = xml.substr(0, length);
@@ -69,21 +85,57 @@ std::string CleanScanXml(std::string_view xml) {
     return clean;
 }
 
-bool CleanScanFile(const std::string& path) {
+bool IsReasonableScanXml(std::string_view xml) {
+    std::size_t marks = 0;
+    std::size_t text = 0;
+    for (const char letter : xml) {
+        text = letter == '<' || letter == '>' ? 0 : text + 1;
+        marks += letter == '<' || letter == '=' ? 1 : 0;
+        if (text > kLongestText || marks > kMostMarks) return false;
+    }
+    return true;
+}
+
+namespace {
+
+std::optional<std::string> ReadWhole(const std::string& path) {
     std::ifstream stream(path, std::ios::binary);
-    const std::string xml{std::istreambuf_iterator<char>(stream), {}};
-    if (!stream.is_open() || stream.bad()) return false;
-    const std::string clean = CleanScanXml(xml);
-    if (clean == xml) return true;
+    std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+    if (!stream.is_open() || stream.bad()) return std::nullopt;
+    return bytes;
+}
+
+bool Replace(const std::string& path, const std::string& content) {
     const std::string aside = path + ".clean";
-    std::ofstream file(aside, std::ios::binary | std::ios::trunc);
-    file << clean;
-    file.close();
     std::error_code error;
+    fs::remove(aside, error);  // a link of that name is not followed
+    std::ofstream file(aside, std::ios::binary | std::ios::trunc);
+    file << content;
+    file.close();
+    error.clear();
     if (!file.fail()) fs::rename(aside, path, error);
     if (!file.fail() && !error) return true;
     fs::remove(aside, error);
     return false;
+}
+
+bool CleanBytes(const std::string& path, const std::string& bytes) {
+    const std::string clean = CleanScanXml(bytes);
+    return clean == bytes || Replace(path, clean);
+}
+
+}  // namespace
+
+ScanFileState CleanScanFile(const std::string& path) {
+    const std::optional<std::string> xml = ReadWhole(path);
+    if (!xml) return ScanFileState::kNotWritten;
+    if (!IsReasonableScanXml(*xml)) return ScanFileState::kExcessive;
+    return CleanBytes(path, *xml) ? ScanFileState::kClean : ScanFileState::kNotWritten;
+}
+
+bool CleanLogFile(const std::string& path) {
+    const std::optional<std::string> text = ReadWhole(path);
+    return text && CleanBytes(path, *text);
 }
 
 }  // namespace Vantix::remote

@@ -99,8 +99,9 @@ TarselResult SshRemoteCommand::Connect() {
 
 TarselResult SshRemoteCommand::ExamineMachine() {
     const RemoteOutcome outcome = ExecuteScript(SetupScript());
-    if (outcome.failure) return ResultOf(outcome.failure, SshStep::kTalking);
+    // An interrupted script may have made the folder, which must be known to be removed.
     machine_ = ParseSetupAnswer(outcome.output);
+    if (outcome.failure) return ResultOf(outcome.failure, SshStep::kTalking);
     Log(3, kSource, __LINE__).Stream()
         << settings_.target << " is a " << machine_.system << " " << machine_.machine
         << ", folder \"" << machine_.folder << "\", tool \"" << machine_.tool << "\" "
@@ -237,17 +238,31 @@ TarselResult SshRemoteCommand::Fetch(const std::string& name, const RemoteFiles&
     if (fetched.failure) return ResultOf(fetched.failure, SshStep::kDownloading);
     Log(3, kSource, __LINE__).Stream() << name << ", " << fetched.bytes << " bytes, was fetched"
                                        << " over " << transport::TransferWayText(fetched.way);
-    if (name != kReportName || CleanScanFile(GetLocalPath(name))) return Success();
-    return TarselResult(WRITE_FILE_FAILED, "The file " + GetLocalPath(name) + " from " +
-                                               settings_.target +
+    return name == kReportName ? CleanReport() : Success();
+}
+
+TarselResult SshRemoteCommand::CleanReport() {
+    const std::string path = GetLocalPath(kReportName);
+    switch (CleanScanFile(path)) {
+        case ScanFileState::kClean:
+            return Success();
+        case ScanFileState::kExcessive:
+            return TarselResult(INVALID_FILE, "The scan file from " + settings_.target +
+                                                  " holds more than any scan writes and is not "
+                                                  "read; look there for what made it.");
+        case ScanFileState::kNotWritten:
+            break;
+    }
+    return TarselResult(WRITE_FILE_FAILED, "The file " + path + " from " + settings_.target +
                                                " cannot be written; check rights and free space.");
 }
 
 void SshRemoteCommand::FetchLog(const RemoteFiles& files) {
     if (!Contains(files.regular, kLogName)) return;
-    const TransferOutcome fetched = shell_->Download(machine_.folder + "/" + kLogName,
-                                                     GetLocalPath(kRemoteLogName), kMostLogBytes);
-    if (!fetched.failure) return;
+    const std::string path = GetLocalPath(kRemoteLogName);
+    const TransferOutcome fetched =
+        shell_->Download(machine_.folder + "/" + kLogName, path, kMostLogBytes);
+    if (!fetched.failure && CleanLogFile(path)) return;
     Log(2, kSource, __LINE__).Stream()
         << "The log on " << settings_.target << " could not be fetched: " << fetched.failure.text;
 }

@@ -63,6 +63,7 @@ class SshRemoteCommand : public RemoteCommandInterface {
     TarselResult VerdictOn(const transport::RemoteOutcome& outcome);
     TarselResult ListFiles(RemoteFiles& files);
     TarselResult Fetch(const std::string& name, const RemoteFiles& files);
+    TarselResult CleanReport();
     void FetchLog(const RemoteFiles& files);
     transport::RemoteOutcome Execute(const transport::RemoteCommand& command);
     transport::RemoteOutcome ExecuteScript(const std::string& script);

@@ -85,6 +85,23 @@ TEST_F(RemoteScriptsTest, SetupGoesToAnotherFolderWhereTheFirstIsMissing) {
     fs::remove_all(machine.folder);
 }
 
+TEST_F(RemoteScriptsTest, SetupPassesOverARelativeTemporaryFolder) {
+    const std::string script = "cd '" + folder_.Path("home") + "'; mkdir rel; TMPDIR=rel\n";
+    const RemoteMachine machine = ParseSetupAnswer(RunInShell(script + SetupScript()).output);
+    EXPECT_THAT(machine.folder, StartsWith("/var/tmp/tarsel."));
+    EXPECT_TRUE(fs::is_empty(folder_.Path("home/rel")));
+    fs::remove_all(machine.folder);
+}
+
+TEST_F(RemoteScriptsTest, SetupThatIsEndedInTheMiddleLeavesNoFolder) {
+    test_support::WriteScript(folder_, "bin/chmod", "touch ~/reached; kill -TERM $PPID");
+    const Ended ended = RunInShell(SetupScript());
+    EXPECT_EQ(ended.exit_code, 1);
+    EXPECT_TRUE(fs::exists(folder_.Path("home/reached")));
+    EXPECT_TRUE(fs::is_empty(folder_.Path("tmp with blank")));
+    EXPECT_EQ(ParseSetupAnswer(ended.output).folder, "");
+}
+
 TEST_F(RemoteScriptsTest, AnswerWithoutLinesLeavesTheMachineUnknown) {
     const RemoteMachine machine = ParseSetupAnswer("\n\nnonsense\nsystem\n");
     EXPECT_EQ(machine.system, "");

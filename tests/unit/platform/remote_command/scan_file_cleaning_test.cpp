@@ -48,12 +48,72 @@ INSTANTIATE_TEST_SUITE_P(ScanFileCleaning, ControlReferenceTest,
                                          "&#127;", "&#0;", "&#18446744073709551643;", "&#;",
                                          "&#x110000;", "&#1b;"));
 
+TEST(ScanFileCleaningTest, ReferencesTooLongToBeJudgedAreNoneAnyMore) {
+    const std::string digits = std::string(80, '0') + "27;";
+    EXPECT_EQ(CleanScanXml("a&#" + digits + "b"), "a&amp;#" + digits + "b");
+    EXPECT_EQ(CleanScanXml("&#x" + digits), "&amp;#x" + digits);
+    EXPECT_EQ(CleanScanXml("&#00"), "&amp;#00");
+}
+
+TEST(ScanFileCleaningTest, ManyPackagesAreReasonable) {
+    std::string xml = "<SCAN>";
+    for (int i = 0; i < 20000; ++i) {
+        xml += "<PACKAGE>";
+        for (int tag = 0; tag < 11; ++tag) xml += "<T>" + std::string(20, 'x') + "</T>";
+        xml += "</PACKAGE>\n";
+    }
+    EXPECT_TRUE(IsReasonableScanXml(xml + "</SCAN>"));
+}
+
+TEST(ScanFileCleaningTest, ElementsAndAttributesWithoutEndAreNot) {
+    std::string elements;
+    std::string attributes;
+    for (int i = 0; i < 500'001; ++i) {
+        elements += "<a/>";
+        attributes += i % 100 == 0 ? "><A" : " a=''";
+    }
+    EXPECT_FALSE(IsReasonableScanXml(elements));
+    EXPECT_TRUE(IsReasonableScanXml(elements.substr(4)));
+    EXPECT_FALSE(IsReasonableScanXml(attributes));
+}
+
+TEST(ScanFileCleaningTest, TextsThatWidenEveryRowAreNot) {
+    EXPECT_TRUE(IsReasonableScanXml("<A>" + std::string(4096, 'x') + "</A>"));
+    EXPECT_FALSE(IsReasonableScanXml("<A>" + std::string(4097, 'x') + "</A>"));
+}
+
+TEST(ScanFileCleaningTest, ExcessiveFileStaysAsItWas) {
+    const test_support::TemporaryFolder folder;
+    const std::string xml = "<A>\x1B" + std::string(5000, 'x') + "</A>";
+    EXPECT_EQ(CleanScanFile(folder.Write("scan.xml", xml)), ScanFileState::kExcessive);
+    EXPECT_EQ(folder.Read("scan.xml"), xml);
+}
+
+TEST(ScanFileCleaningTest, LinkOfTheTemporaryNameIsNotFollowed) {
+    const test_support::TemporaryFolder folder;
+    const std::string other = folder.Write("other", "precious");
+    std::filesystem::create_symlink(other, folder.Path("scan.xml.clean"));
+    const std::string path = folder.Write("scan.xml", "<A>\x1B</A>");
+    EXPECT_EQ(CleanScanFile(path), ScanFileState::kClean);
+    EXPECT_EQ(folder.Read("scan.xml"), "<A> </A>");
+    EXPECT_EQ(folder.Read("other"), "precious");
+}
+
 TEST(ScanFileCleaningTest, FileIsCleanedInPlaceAndNothingElseIsLeft) {
     const test_support::TemporaryFolder folder;
     const std::string path = folder.Write("scan.xml", "<A>\x1B</A>");
-    EXPECT_TRUE(CleanScanFile(path));
+    EXPECT_EQ(CleanScanFile(path), ScanFileState::kClean);
     EXPECT_EQ(folder.Read("scan.xml"), "<A> </A>");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path("")), {}), 1);
+}
+
+TEST(ScanFileCleaningTest, LogIsCleanedWhateverItsLinesAre) {
+    const test_support::TemporaryFolder folder;
+    const std::string line(5000, 'x');
+    const std::string path = folder.Write("log", "\x1B]0;owned\x07" + line + "\n");
+    EXPECT_TRUE(CleanLogFile(path));
+    EXPECT_EQ(folder.Read("log"), " ]0;owned " + line + "\n");
+    EXPECT_FALSE(CleanLogFile(folder.Path("missing")));
 }
 
 TEST(ScanFileCleaningTest, CleanFileIsNotTouched) {
@@ -61,13 +121,13 @@ TEST(ScanFileCleaningTest, CleanFileIsNotTouched) {
     const std::string path = folder.Write("scan.xml", "<A>x</A>");
     const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
     std::filesystem::last_write_time(path, old);
-    EXPECT_TRUE(CleanScanFile(path));
+    EXPECT_EQ(CleanScanFile(path), ScanFileState::kClean);
     EXPECT_EQ(std::filesystem::last_write_time(path), old);
 }
 
 TEST(ScanFileCleaningTest, MissingFileIsAFailure) {
     const test_support::TemporaryFolder folder;
-    EXPECT_FALSE(CleanScanFile(folder.Path("missing")));
+    EXPECT_EQ(CleanScanFile(folder.Path("missing")), ScanFileState::kNotWritten);
 }
 
 }  // namespace

@@ -75,11 +75,34 @@ TEST_F(SshRemoteCommandTest, HugeReportIsAFailedDownload) {
     EXPECT_EQ(remote->DownloadLogs().code, DOWNLOAD_FAILED);
 }
 
+TEST_F(SshRemoteCommandTest, ReportWithMoreThanAnyScanWritesIsAnInvalidFile) {
+    auto remote = MakeReady();
+    FolderHolds("file Tarsel-update-scan.xml\n");
+    EXPECT_CALL(shell(), Download).WillOnce([](const auto&, const std::string& path, auto) {
+        std::ofstream(path) << "<SCAN>" << std::string(100000, 'x') << "</SCAN>";
+        return Sent();
+    });
+    const TarselResult result = remote->DownloadLogs();
+    EXPECT_EQ(result.code, INVALID_FILE);
+    EXPECT_THAT(result.message, StartsWith("The scan file from server7 holds more than any scan"));
+}
+
 TEST_F(SshRemoteCommandTest, LogThatCannotBeFetchedCostsNothing) {
     auto remote = MakeReady();
     FolderHolds("file tarsel.log\n");
     EXPECT_CALL(shell(), Download).WillOnce(Return(Sent(SshProblem::kFileTransfer)));
     EXPECT_EQ(remote->DownloadLogs().code, SUCCEED);
+}
+
+TEST_F(SshRemoteCommandTest, LogIsCleanedOfControlCharacters) {
+    auto remote = MakeReady();
+    FolderHolds("file tarsel.log\n");
+    EXPECT_CALL(shell(), Download).WillOnce([](const auto&, const std::string& path, auto) {
+        std::ofstream(path) << "one\n\x1B[2Jtwo\n";
+        return Sent();
+    });
+    EXPECT_EQ(remote->DownloadLogs().code, SUCCEED);
+    EXPECT_EQ(output_.Read("remote-tarsel.log"), "one\n [2Jtwo\n");
 }
 
 TEST_F(SshRemoteCommandTest, SourcesOfTheRemoteRunBecomeThoseOfThisOne) {
@@ -135,6 +158,17 @@ TEST_F(SshRemoteCommandTest, FolderIsRemovedAlsoAfterAnInterruption) {
         EXPECT_FALSE(settings_.patience->IsOver());
         return Ends(0);
     });
+    remote.reset();
+}
+
+TEST_F(SshRemoteCommandTest, FolderOfAnInterruptedSetupIsRemoved) {
+    transport::RemoteOutcome interrupted = Breaks(SshProblem::kCancelled);
+    interrupted.output = kMachine;
+    ON_CALL(shell(), Execute(RunsText("mktemp -d"))).WillByDefault(Return(interrupted));
+    auto remote = Make();
+    EXPECT_EQ(remote->Setup().code, INTERRUPTED_BY_USER);
+    EXPECT_CALL(shell(), Execute(RunsText("rm -rf '/tmp/tarsel.Abc123'")))
+        .WillOnce(Return(Ends(0)));
     remote.reset();
 }
 
