@@ -11,6 +11,7 @@ using transport::RemoteCommand;
 using transport::RemoteOutcome;
 
 constexpr std::chrono::seconds kProbeLimit{60};
+constexpr int kTimedOut = 124;  // as of the program "timeout"
 constexpr const char* kWithoutPassword = "sudo -n --";
 
 // sudo asks by this text; nothing else can be taken for its question.
@@ -25,7 +26,14 @@ RemoteOutcome Probe(transport::RemoteShell& shell, const std::string& sudo, cons
     command.command_line = "LC_ALL=C " + sudo + " " + QuotePathForShell(tool) + " --version";
     command.input = input;
     command.time_limit = kProbeLimit;
-    return shell.Execute(command);
+    RemoteOutcome outcome = shell.Execute(command);
+    // A sudo that waits for a second factor or a directory service costs its rights, not the scan.
+    if (outcome.failure.problem == transport::SshProblem::kDeadline) {
+        outcome.failure = {};
+        outcome.exit_status = kTimedOut;
+        outcome.error_output += "\nno answer within a minute\n";
+    }
+    return outcome;
 }
 
 std::string WithoutPrompt(std::string text, const std::string& prompt) {
@@ -83,7 +91,8 @@ RootRights FindRootRights(transport::RemoteShell& shell, const RemoteMachine& ma
         return rights;
     }
     std::string words = outcome.error_output;
-    if (!password.empty() && TryPassword(shell, machine, password, rights, words)) return rights;
+    const bool may_ask_again = outcome.exit_status != kTimedOut && !password.empty();
+    if (may_ask_again && TryPassword(shell, machine, password, rights, words)) return rights;
     if (!rights.failure) rights.notice = Notice(machine, words);
     return rights;
 }

@@ -62,11 +62,10 @@ Row RowOfLogin(SshProblem problem, SshStep step) {
         case SshProblem::kHostKeyUnknown:
             return {VERIFY_CERTIFICATE_FAILED, "The host key is not known of",
                     "check its fingerprint at the server and store it with "
-                    "\"--host-key accept-new\"; nothing was sent"};
+                    "\"--host-key accept-new\""};
         case SshProblem::kHostKeyChanged:
             return {VERIFY_CERTIFICATE_FAILED, "The host key is not the known one of",
-                    "if the server was installed anew, remove the old key from the file; nothing "
-                    "was sent"};
+                    "if nobody installed the server anew, somebody may sit in between"};
         case SshProblem::kAuthRefused:
             return {
                 AUTHENTICATION_FAILED, "The login over SSH was refused by",
@@ -78,6 +77,11 @@ Row RowOfLogin(SshProblem problem, SshStep step) {
         case SshProblem::kPasswordMustChange:
             return {PASSWORD_MUST_BE_CHANGED, "The password must be changed first on",
                     "log in there once and change it"};
+        case SshProblem::kLocalFile:
+            // Before the login the only file of ours is the key.
+            if (step != SshStep::kTalking) return RowOfFile(problem, step);
+            return {READ_FILE_FAILED, "The key file cannot be used to log in to",
+                    "check its rights, that it is a private key, and its passphrase"};
         default:
             return RowOfUse(problem, step);
     }

@@ -44,9 +44,9 @@ class HostKeyCheck {
 
   private:
     SshFailure PassUnchecked() {
-        notices_.push_back("the key of " + link_.Place() +
+        notices_.push_back("The key of " + link_.Place() +
                            " was not checked; anybody in between can read the password (" +
-                           fingerprint_ + ")");
+                           fingerprint_ + ").");
         return {};
     }
 
@@ -78,8 +78,8 @@ class HostKeyCheck {
                                                      fingerprint_ + ") cannot be stored in " +
                                                      CleanText(file_) + "; nothing was sent"};
         }
-        notices_.push_back("the key of " + link_.Place() + " (" + fingerprint_ +
-                           ") was new and is stored in " + CleanText(file_));
+        notices_.push_back("The key of " + link_.Place() + " (" + fingerprint_ +
+                           ") was new and is stored in " + CleanText(file_) + ".");
         return {};
     }
 

@@ -10,6 +10,8 @@ namespace {
 constexpr std::size_t kLongestLine = 4096;
 constexpr std::size_t kErrorsKept = 4096;
 constexpr std::size_t kBlock = 64 * 1024;
+// What comes while nobody reads: answers are a few bytes.
+constexpr std::size_t kMostUnread = 1024 * 1024;
 
 SshFailure Broken(const std::string& why) {
     return {SshProblem::kFileTransfer, why};
@@ -96,6 +98,7 @@ SshFailure ProcessTalk::Send(std::string_view bytes) {
         bytes.remove_prefix(written);
         if (written > 0) limit_.Renew(link_.Target().limits.idle);
         if (process_.Channel().IsClosed()) return Ended();
+        if (output_.size() > kMostUnread) return Broken("it talks instead of listening");
         if (written > 0) continue;
         if (auto failure = link_.Pump(limit_)) return failure;
     }
@@ -117,9 +120,10 @@ SshFailure ProcessTalk::SendFile(const UploadJob& job) {
 
 SshFailure ProcessTalk::Finish() {
     const SshChannel& channel = process_.Channel();
-    while (!channel.IsClosed() && !channel.HasResult()) {
+    while (output_.empty() && !channel.IsClosed() && !channel.HasResult()) {
         if (auto failure = link_.Pump(limit_)) return failure;
     }
+    if (!output_.empty()) return Broken("more came than was announced");
     return channel.ExitStatus().value_or(-1) == 0 ? SshFailure{} : Broken(Words());
 }
 

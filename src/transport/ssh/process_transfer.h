@@ -31,7 +31,7 @@ class ProcessTalk {
     [[nodiscard]] SshFailure SendFile(const UploadJob& job);
     void EndInput() { process_.Channel().EndInput(); }
 
-    /// Waits for the end, which must be an exit with 0.
+    /// Waits for the end, which must be an exit with 0 without another byte of output.
     [[nodiscard]] SshFailure Finish();
 
     /// What the command said on its error output, clean; else why it broke off.

@@ -14,6 +14,8 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr milliseconds kSlice(50);
+// Room for both offers of algorithms; a server that hangs up may say anything.
+constexpr std::size_t kLongestWords = 3000;
 
 // What old management modules and switches know comes behind today's algorithms, on explicit wish
 // only. libssh takes whole lists; names it does not know are passed over.
@@ -73,7 +75,7 @@ std::string SshLink::Place() const {
 }
 
 std::string SshLink::LastWords() const {
-    return CleanText(ssh_get_error(session_.get()));
+    return CleanStart(ssh_get_error(session_.get()), kLongestWords);
 }
 
 bool SshLink::IsConnected() const {

@@ -211,6 +211,31 @@ TEST_F(BadTransferTest, NameThatScpSendsGoesNowhere) {
     EXPECT_FALSE(std::filesystem::exists(folder_.Path("../../outside")));
 }
 
+TEST_F(BadTransferTest, ScpThatSendsOnBehindTheFileIsGivenUp) {
+    const auto outcome =
+        DownloadWithScp("printf 'C0644 5 x\\n12345\\0'; exec cat /dev/zero", "right");
+    EXPECT_EQ(outcome.way, TransferWay::kShell) << outcome.failure.text;
+    EXPECT_THAT(outcome.issues, ElementsAre(HasSubstr("SFTP"), HasSubstr("more came than")));
+    EXPECT_EQ(folder_.Read("data"), "right");
+}
+
+TEST_F(BadTransferTest, ScpThatTalksInsteadOfListeningIsGivenUp) {
+    const std::string file = folder_.Write("source", Bytes(20'000'000));
+    SshdSetup setup;
+    setup.has_sftp = false;
+    setup.shell = "/bin/bash";
+    StartServer(setup);
+    server_->GiveToAccount(
+        test_support::WriteScript(folder_, "scp", "printf '\\0\\0'; exec cat /dev/zero"));
+    const std::string start = server_->Home() + "/.bashrc";
+    std::ofstream(start) << "PATH=" << folder_.Path("") << ":/usr/bin:/bin\n";
+    server_->GiveToAccount(start);
+    shell_ = LoggedIn(KeyTarget());
+    const auto outcome = shell_->Upload(file, server_->Home() + "/data", 0600);
+    EXPECT_EQ(outcome.way, TransferWay::kShell) << outcome.failure.text;
+    EXPECT_THAT(outcome.issues, ElementsAre(HasSubstr("SFTP"), HasSubstr("talks instead")));
+}
+
 TEST_F(BadTransferTest, ScpWithoutEndOfLineIsGivenUp) {
     const auto outcome = DownloadWithScp("head -c 100000 /dev/zero; sleep 600", "right");
     EXPECT_EQ(outcome.way, TransferWay::kShell) << outcome.failure.text;

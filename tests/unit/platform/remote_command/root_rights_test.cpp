@@ -104,6 +104,25 @@ TEST_F(RootRightsTest, BrokenChannelEndsTheSearch) {
     EXPECT_EQ(rights.notice, "");
 }
 
+TEST_F(RootRightsTest, SudoThatHangsCostsItsRightsNotTheScan) {
+    EXPECT_CALL(shell_, Execute).WillOnce(Return(Breaks(transport::SshProblem::kDeadline)));
+    const RootRights rights = Find(kPassword);
+    EXPECT_FALSE(rights.failure);
+    EXPECT_EQ(rights.call.sudo, "");
+    EXPECT_EQ(rights.input, "");
+    EXPECT_THAT(rights.notice, HasSubstr("(sudo says: no answer within a minute)"));
+}
+
+TEST_F(RootRightsTest, SudoThatHangsWithThePasswordCostsItsRightsNotTheScan) {
+    EXPECT_CALL(shell_, Execute(RunsText("sudo -n"))).WillOnce(Return(Ends(1)));
+    EXPECT_CALL(shell_, Execute(RunsText("sudo -k -S")))
+        .WillOnce(Return(Breaks(transport::SshProblem::kDeadline)));
+    const RootRights rights = Find(kPassword);
+    EXPECT_FALSE(rights.failure);
+    EXPECT_EQ(rights.call.sudo, "");
+    EXPECT_EQ(rights.input, "");
+}
+
 TEST_F(RootRightsTest, ControlBytesOfSudoDoNotReachTheNotice) {
     EXPECT_CALL(shell_, Execute)
         .WillOnce(Return(Ends(1, "",

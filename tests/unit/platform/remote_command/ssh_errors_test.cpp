@@ -64,6 +64,15 @@ TEST(SshErrorTextTest, NoProblemIsSuccess) {
     EXPECT_EQ(ResultOfSshFailure({}, SshStep::kTalking, "host").code, SUCCEED);
 }
 
+TEST(SshErrorTextTest, UnusableKeyFileIsNotToldAsAFetchedFile) {
+    const TarselResult result = ResultOfSshFailure(
+        {SshProblem::kLocalFile, "the key file id is not readable"}, SshStep::kTalking, "host");
+    EXPECT_EQ(result.code, READ_FILE_FAILED);
+    EXPECT_EQ(result.message,
+              "The key file cannot be used to log in to host (the key file id is not readable); "
+              "check its rights, that it is a private key, and its passphrase.");
+}
+
 TEST(SshErrorTextTest, EmptyWordsLeaveNoBrackets) {
     const TarselResult result =
         ResultOfSshFailure({SshProblem::kDeadline, ""}, SshStep::kTalking, "host");
