@@ -239,6 +239,15 @@ TEST_F(OwnMachineScanTest, AmdScanMergesTheBmcWithWhatTheMachineShows) {
     ExpectScan(Run(ScanWithBmc("--amd")), "amd");
 }
 
+TEST_F(OwnMachineScanTest, AmdScanNamesTheRaidControllerThatItDoesNotAsk) {
+    StartBmc(Bmc("amd-ami-bmc"));
+    const Ended ended = Run(ScanWithBmc("--amd"));
+    EXPECT_EQ(ended.exit_code, 0) << ended.errors;
+    EXPECT_THAT(ended.errors, AllOf(HasSubstr("RAID disks"), HasSubstr("not tried"),
+                                    HasSubstr("without its BMC asks the controllers")));
+    EXPECT_THAT(Output("common_result.xml"), HasSubstr("<STATE>not tried</STATE>"));
+}
+
 TEST_F(OwnMachineScanTest, AmdDriverScanAsksNoBmc) {
     ExpectScan(Run(OwnScan({"--amd"}, {"--scantype", "dd"})), "amd-drivers");
 }

@@ -8,6 +8,7 @@
 #include "platform/disk/nvme_admin.h"
 #include "platform/local/local_host.h"
 #include "platform/log/log.h"
+#include "platform/raid/raid_unasked.h"
 
 namespace Vantix::disk {
 namespace {
@@ -27,6 +28,7 @@ int Append(std::vector<SoftwareIdentity_>& list) {
     Log(3, kLogSource, __LINE__).Stream() << "disks of this machine: " << disks.size();
     list.insert(list.end(), std::make_move_iterator(disks.begin()),
                 std::make_move_iterator(disks.end()));
+    raid::ReportUnasked(*root, run);
     local::ReportDenied(*root);
     return run.IsCancelled() ? INTERRUPTED_BY_USER : SUCCEED;
 }

@@ -8,7 +8,8 @@
 namespace Vantix::disk {
 
 /// The disk inventory: appends every disk of the active run's machine, and remembers in the run
-/// that they were told. Returns 0, also without any disk, or INTERRUPTED_BY_USER.
+/// that they were told. RAID controllers whose own disks nobody asked for in this run are told to
+/// it (raid_unasked.h). Returns 0, also without any disk, or INTERRUPTED_BY_USER.
 int AppendDisks(std::vector<VantixOptions::SoftwareIdentity_>& list);
 
 /// The same, but nothing when AppendDisks told them in this run already: who asks both lists one

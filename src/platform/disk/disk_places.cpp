@@ -11,7 +11,6 @@ namespace {
 using redfish::Slot;
 
 constexpr const char* kEnclosures = "/sys/class/enclosure/";
-constexpr const char* kPciSlots = "/sys/bus/pci/slots/";
 
 bool IsNumber(std::string_view text) {
     constexpr std::size_t kLongest = 5;
@@ -36,9 +35,8 @@ std::string BayOfPathInfo(std::string_view text) {
     return IsNumber(digits) ? std::string(digits) : std::string();
 }
 
-DiskPlaces::DiskPlaces(const transport::SystemRoot& root) : root_(root) {
+DiskPlaces::DiskPlaces(const transport::SystemRoot& root) : root_(root), pci_slots_(root) {
     ReadEnclosures();
-    ReadPciSlots();
 }
 
 void DiskPlaces::ReadEnclosures() {
@@ -59,13 +57,6 @@ void DiskPlaces::ReadEnclosure(const std::string& enclosure) {
     }
 }
 
-void DiskPlaces::ReadPciSlots() {
-    for (const std::string& name : root_.List(kPciSlots)) {
-        const std::string address = Attribute(root_, kPciSlots + name + "/address");
-        if (!address.empty()) pci_slots_.emplace(address, name);
-    }
-}
-
 Slot DiskPlaces::OfScsi(const std::string& address, const std::string& folder,
                         std::string_view device_path) const {
     if (const auto bay = bays_.find(address); bay != bays_.end()) return bay->second;
@@ -82,16 +73,8 @@ Slot DiskPlaces::SasBay(std::string_view device_path) const {
 }
 
 Slot DiskPlaces::OfPci(std::string_view device_path) const {
-    std::string_view rest = device_path;
-    while (!rest.empty()) {
-        const std::size_t slash = rest.rfind('/');
-        const std::size_t start = slash == std::string_view::npos ? 0 : slash + 1;
-        const std::string_view name = rest.substr(start);
-        const auto slot = pci_slots_.find(std::string(name.substr(0, name.find('.'))));
-        if (slot != pci_slots_.end()) return {slot->second, redfish::kSlotPcie};
-        rest = rest.substr(0, slash == std::string_view::npos ? 0 : slash);
-    }
-    return {};
+    const std::string number = pci_slots_.SlotAt(device_path);
+    return number.empty() ? Slot() : Slot{number, redfish::kSlotPcie};
 }
 
 }  // namespace Vantix::disk

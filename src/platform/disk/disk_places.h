@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/pci/pci_slots.h"
 #include "platform/redfish/slot_rules.h"
 #include "transport/sysroot/system_root.h"
 
@@ -21,20 +22,18 @@ class DiskPlaces {
     [[nodiscard]] redfish::Slot OfScsi(const std::string& address, const std::string& folder,
                                        std::string_view device_path) const;
 
-    /// The nearest PCI slot on the way to a device ("/sys/devices/pci0000:00/.../0000:03:00.0", or
-    /// a bare PCI address): its kernel name, slot type PCIe. Whether the slot is a drive bay is not
-    /// known here.
+    /// The nearest PCI slot on the way to a device, as the PCI inventory numbers it (pci_slots.h);
+    /// slot type PCIe. Whether the slot is a drive bay is not known here.
     [[nodiscard]] redfish::Slot OfPci(std::string_view device_path) const;
 
   private:
     void ReadEnclosures();
     void ReadEnclosure(const std::string& enclosure);
-    void ReadPciSlots();
     [[nodiscard]] redfish::Slot SasBay(std::string_view device_path) const;
 
     const transport::SystemRoot& root_;
-    std::map<std::string, redfish::Slot> bays_;     ///< SCSI address -> bay
-    std::map<std::string, std::string> pci_slots_;  ///< "0000:03:00" -> slot name
+    std::map<std::string, redfish::Slot> bays_;  ///< SCSI address -> bay
+    const pci::PciSlots pci_slots_;
 };
 
 /// The bay in a controller's path_info ("[0:0:1:0] Direct-Access PORT: 1I BOX: 1 BAY: 2 Active");

@@ -27,15 +27,15 @@ std::string KeyOf(const std::string& address) {
     return colons == 1 ? parsed->BusText() : parsed->DeviceText();
 }
 
-// The devices above it and itself, the nearest first.
-std::vector<PciAddress> Ancestry(const PciDevice& device) {
+// The devices on the way there, the nearest first.
+std::vector<PciAddress> Ancestry(std::string_view path) {
     std::vector<PciAddress> ancestry;
-    std::string_view path = device.path;
     while (!path.empty()) {
-        const std::size_t mark = std::min(path.rfind('/'), path.size());
-        const auto address = ParsePciAddress(path.substr(std::min(mark + 1, path.size())));
+        const std::size_t slash = path.rfind('/');
+        const bool is_last = slash == std::string_view::npos;
+        const auto address = ParsePciAddress(path.substr(is_last ? 0 : slash + 1));
         if (address) ancestry.push_back(*address);
-        path = path.substr(0, mark == path.size() ? 0 : mark);
+        path = path.substr(0, is_last ? 0 : slash);
     }
     return ancestry;
 }
@@ -96,11 +96,14 @@ const std::string* PciSlots::Find(const PciAddress& address) const {
 
 std::string PciSlots::SlotOf(const PciDevice& device) const {
     if (device.is_on_board) return {};
-    std::vector<PciAddress> ancestry = Ancestry(device);
     // SMBIOS tables name a slot by the port above it too: that one sits on the board.
     const bool is_bridge = device.ids.class_code >> 16U == kBridgeClass;
-    if (is_bridge && ancestry.size() == 1) return {};
-    for (const PciAddress& address : ancestry) {
+    if (is_bridge && Ancestry(device.path).size() == 1) return {};
+    return SlotAt(device.path);
+}
+
+std::string PciSlots::SlotAt(std::string_view device_path) const {
+    for (const PciAddress& address : Ancestry(device_path)) {
         if (const std::string* slot = Find(address)) return *slot;
     }
     return {};

@@ -5,7 +5,7 @@
 
 #include <map>
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include "platform/pci/pci_device.h"
 #include "transport/smbios/smbios_records.h"
@@ -24,6 +24,11 @@ class PciSlots {
     /// card and what sits behind a bridge on it share its slot. A device of the board, a host's
     /// own port and a device that nothing is known of have none: empty.
     [[nodiscard]] std::string SlotOf(const PciDevice& device) const;
+
+    /// The same for what hangs on a device and is known by its path with all links followed
+    /// ("/sys/devices/pci0000:3a/.../0000:3b:00.0"), or by a bare address: the nearest slot on the
+    /// way there.
+    [[nodiscard]] std::string SlotAt(std::string_view device_path) const;
 
   private:
     void AddIfUnknown(const transport::SmbiosSlot& slot);

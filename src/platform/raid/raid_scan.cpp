@@ -8,6 +8,7 @@
 #include "platform/local/local_host.h"
 #include "platform/log/log.h"
 #include "platform/raid/raid_disk.h"
+#include "platform/raid/raid_unasked.h"
 #include "transport/arcconf/arcconf_output.h"
 
 namespace Vantix::raid {
@@ -32,6 +33,7 @@ RaidScan::RaidScan(transport::CommandRunner& runner,
 int RaidScan::ListControllers(Controllers& controllers) {
     controllers.clear();
     gaps_.clear();
+    NoteAsked(*run_);
     adapters_ = FindRaidAdapters(*root_);
     const auto& list = adapters_.list;
     auto problem = ArcconfProblem::kNone;

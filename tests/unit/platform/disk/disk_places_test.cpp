@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/smbios_builder.h"
 #include "support/system_tree.h"
 
 namespace Vantix::disk {
@@ -105,6 +106,20 @@ TEST(DiskPlacesTest, NearestSlotOnTheWayWins) {
     EXPECT_EQ(
         PciSlotOf(tree, "/sys/devices/pci0000:00/0000:03:00.0/0000:04:02.0/0000:06:00.0").number,
         "3");
+}
+
+TEST(DiskPlacesTest, CardsSlotIsThatOfTheSmbiosTableWhereTheKernelKnowsNone) {
+    SystemTree tree;
+    tree.File("/sys/firmware/dmi/tables/DMI",
+              test_support::AnSmbiosTable().Slot("PCIe Slot 4", 9, 0, 0x5e, 0).Bytes());
+    EXPECT_EQ(PciSlotOf(tree, "/sys/devices/pci0000:5d/0000:5d:00.0/0000:5e:00.0"),
+              (Slot{"4", redfish::kSlotPcie}));
+}
+
+TEST(DiskPlacesTest, SlotWithoutNumberIsNone) {
+    SystemTree tree;
+    tree.File("/sys/bus/pci/slots/0-1/address", "0000:03:00\n");
+    EXPECT_EQ(PciSlotOf(tree, "/sys/devices/pci0000:00/0000:00:1c.0/0000:03:00.0"), kNowhere);
 }
 
 TEST(DiskPlacesTest, DeviceOnNoSlotHasNone) {

@@ -56,6 +56,18 @@ TEST(PciSlotsTest, DevicesBehindABridgeOfTheCardShareItsSlot) {
     EXPECT_EQ(SlotIn(tree, ADevice("0000:3d:00.1", port)), "3");
 }
 
+TEST(PciSlotsTest, PathsAndBareAddressesLeadToASlot) {
+    PciTree tree;
+    tree.Slot("3", "0000:3b:00").Slot("0-1", "0000:3c:00");
+    const SystemRoot root(tree.Root());
+    const PciSlots slots(root);
+    EXPECT_EQ(slots.SlotAt("/sys/devices/pci0000:3a/0000:3b:00.0/nvme/nvme0"), "3");
+    EXPECT_EQ(slots.SlotAt("0000:3b:00.0"), "3");
+    EXPECT_EQ(slots.SlotAt("/sys/devices/pci0000:3a/0000:3c:00.0"), "");
+    EXPECT_EQ(slots.SlotAt("/sys/devices/virtual"), "");
+    EXPECT_EQ(slots.SlotAt("///"), "");
+}
+
 TEST(PciSlotsTest, NearestSlotDecides) {
     PciTree tree;
     tree.Slot("3", "0000:3b:00").Slot("12", "0000:3d:00");
