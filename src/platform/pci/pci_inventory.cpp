@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <string_view>
 #include <utility>
@@ -12,12 +13,14 @@
 #include "platform/pci/pci_names.h"
 #include "platform/pci/pci_slots.h"
 #include "platform/pci/vpd.h"
+#include "transport/sysroot/root_file.h"
 
 namespace Vantix::pci {
 namespace {
 
 constexpr const char* kLogSource = "platform/pci";
-constexpr std::size_t kMaxIdFile = 8 * 1024 * 1024;
+constexpr std::uint64_t kMaxIdFile = 8 * 1024 * 1024;
+constexpr std::size_t kIdFilePiece = 64 * 1024;
 
 using transport::SystemRoot;
 
@@ -37,11 +40,21 @@ PciNames ReadNames(const SystemRoot& root, const std::vector<Found>& found) {
     std::vector<PciIds> wanted;
     for (const Found& one : found) wanted.push_back(one.device.ids);
     for (const char* path : {"/usr/share/misc/pci.ids", "/usr/share/hwdata/pci.ids"}) {
-        if (const auto text = root.ReadBytes(path, kMaxIdFile)) return PciNames(*text, wanted);
+        const transport::RootFile file(root, path);
+        if (!file.IsOpen()) continue;
+        // Piece by piece: as a whole it would be the largest thing in memory by far.
+        std::uint64_t offset = 0;
+        const auto next_piece = [&] {
+            std::string piece;
+            if (offset < kMaxIdFile) piece = file.Read(offset, kIdFilePiece);
+            offset += piece.size();
+            return piece;
+        };
+        return PciNames(next_piece, wanted);
     }
     Log(3, kLogSource, __LINE__).Stream()
         << "No PCI id file (package pci.ids): devices are shown by their numbers";
-    return PciNames({}, wanted);
+    return PciNames(std::string_view(), wanted);
 }
 
 std::string Joined(const std::string& left, const std::string& right) {

@@ -88,10 +88,28 @@ struct PciNames::Place {
 PciNames::PciNames(std::string_view id_file, const std::vector<PciIds>& wanted) {
     for (const PciIds& ids : wanted) Want(ids);
     Place place;
-    while (!id_file.empty()) {
-        const std::size_t end = std::min(id_file.find('\n'), id_file.size());
-        TakeLine(id_file.substr(0, end), place);
-        id_file.remove_prefix(std::min(end + 1, id_file.size()));
+    TakeLines(id_file, place);
+}
+
+PciNames::PciNames(const std::function<std::string()>& next_piece,
+                   const std::vector<PciIds>& wanted) {
+    for (const PciIds& ids : wanted) Want(ids);
+    Place place;
+    std::string rest;
+    for (std::string piece = next_piece(); !piece.empty(); piece = next_piece()) {
+        rest += piece;
+        const std::size_t whole_lines = rest.rfind('\n') + 1;  // none: 0
+        TakeLines(std::string_view(rest).substr(0, whole_lines), place);
+        rest.erase(0, whole_lines);
+    }
+    TakeLines(rest, place);
+}
+
+void PciNames::TakeLines(std::string_view text, Place& place) {
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        TakeLine(text.substr(0, end), place);
+        text.remove_prefix(std::min(end + 1, text.size()));
     }
 }
 

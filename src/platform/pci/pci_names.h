@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -25,6 +26,8 @@ class PciNames {
   public:
     /// Damaged lines are passed over; an empty text gives no names but those of base classes.
     PciNames(std::string_view id_file, const std::vector<PciIds>& wanted);
+    /// The same for a file that comes in pieces, cut anywhere; the empty one ends it.
+    PciNames(const std::function<std::string()>& next_piece, const std::vector<PciIds>& wanted);
 
     /// Each empty when the file does not know the id.
     [[nodiscard]] std::string Vendor(const PciIds& ids) const;
@@ -39,6 +42,7 @@ class PciNames {
     using SubsystemKey = std::tuple<std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t>;
     struct Place;
     void Want(const PciIds& ids);
+    void TakeLines(std::string_view text, Place& place);
     void TakeLine(std::string_view line, Place& place);
     void TakeTopLine(std::string_view line, Place& place);
 

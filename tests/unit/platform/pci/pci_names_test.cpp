@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 namespace {
@@ -80,6 +81,23 @@ TEST(PciNamesTest, DamagedLinesArePassedOver) {
     EXPECT_EQ(names.Vendor(kIds), "Example Networks");
     EXPECT_EQ(names.Device(kIds), "EX710 Controller");
     EXPECT_EQ(names.Subsystem(kIds), "Dual Port Adapter");
+}
+
+TEST(PciNamesTest, FileInPiecesCutAnywhereGivesTheSameNames) {
+    const std::string text =
+        "1d0f  Example Networks\n\t1001  EX710 Controller\n\t\t1d0f 2001  Dual Port Adapter";
+    for (std::size_t size = 1; size <= text.size(); ++size) {
+        std::size_t at = 0;
+        const auto next_piece = [&] {
+            const std::string piece = text.substr(std::min(at, text.size()), size);
+            at += piece.size();
+            return piece;
+        };
+        const PciNames names(next_piece, {kIds});
+        EXPECT_EQ(names.Vendor(kIds), "Example Networks") << size;
+        EXPECT_EQ(names.Device(kIds), "EX710 Controller") << size;
+        EXPECT_EQ(names.Subsystem(kIds), "Dual Port Adapter") << size;
+    }
 }
 
 TEST(PciNamesTest, NamesAreCleaned) {
