@@ -55,6 +55,17 @@ bool WriteFileAtomically(const std::string& file, const std::string& content) {
     return false;
 }
 
+bool SetAsideFetchedScanXml(const std::string& folder,
+                            std::chrono::system_clock::time_point started) {
+    std::error_code error;
+    const std::string file = FileIn(folder, kScanXmlName);
+    if (!fs::is_regular_file(fs::symlink_status(file, error))) return false;
+    const auto written = fs::last_write_time(file, error);
+    if (error || fs::file_time_type::clock::to_sys(written) < started) return false;
+    fs::rename(file, file + ".remote", error);
+    return !error;
+}
+
 bool SetAsideOldScanXml(const std::string& folder) {
     std::error_code error;
     const std::string file = FileIn(folder, kScanXmlName);

@@ -1,6 +1,7 @@
 // The files that a scan leaves in the output folder.
 #pragma once
 
+#include <chrono>
 #include <string>
 
 namespace tarsel {
@@ -23,5 +24,10 @@ std::string PrepareOutputFolder(const std::string& folder);
 /// Renames the scan file of an earlier run to "<name>.old", so that it cannot be taken for the
 /// result of this one. True when there was one.
 bool SetAsideOldScanXml(const std::string& folder);
+
+/// Renames a scan file that was written since `started`, and so came from a server in this run, to
+/// "<name>.remote". True when there was one.
+bool SetAsideFetchedScanXml(const std::string& folder,
+                            std::chrono::system_clock::time_point started);
 
 }  // namespace tarsel

@@ -237,6 +237,12 @@ void ScanRun::Fail(const std::string& sentence) {
 void ScanRun::SaveScanXml() {
     const std::string file = FileIn(arguments_.output_dir, kScanXmlName);
     if (!HasSomethingToSave()) {
+        // First what came in this run, so that it does not take the place of the earlier one.
+        if (arguments_.kind == TargetKind::kRemoteOs &&
+            SetAsideFetchedScanXml(arguments_.output_dir, started_)) {
+            SayOnce("The scan file that came from " + target_ + " was renamed to " + file +
+                    ".remote.");
+        }
         if (SetAsideOldScanXml(arguments_.output_dir)) {
             SayOnce("The scan file of an earlier run was renamed to " + file + ".old.");
         }

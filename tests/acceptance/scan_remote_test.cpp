@@ -208,6 +208,17 @@ TEST_F(ScanRemoteTest, MalformedScanFileIsAnInvalidFile) {
     EXPECT_THAT(Output("common_result.xml"), HasSubstr("<CODE>7</CODE>"));
 }
 
+TEST_F(ScanRemoteTest, UnusableScanFileDoesNotTakeThePlaceOfTheEarlierOne) {
+    EXPECT_EQ(Run(RemoteScanBy(LeaveResult("0"))).exit_code, 0);
+    const std::string earlier = Output("Tarsel-update-scan.xml");
+    const Ended ended =
+        Run(RemoteScanBy("echo '<SCAN>' >{folder}/Tarsel-update-scan.xml; " + LeaveResult("0")));
+    EXPECT_EQ(ended.exit_code, 1);
+    EXPECT_EQ(Output("Tarsel-update-scan.xml.old"), earlier);
+    EXPECT_EQ(Output("Tarsel-update-scan.xml.remote"), "<SCAN>\n");
+    EXPECT_THAT(ended.errors, HasSubstr("Tarsel-update-scan.xml.remote"));
+}
+
 TEST_F(ScanRemoteTest, ScanFileOfCountlessElementsIsNotRead) {
     const Ended ended = Run(
         RemoteScanBy("{ echo '<SCAN>'; head -c 7000000 /dev/zero | sed 's/\\x00/<a\\/>/g'; echo "

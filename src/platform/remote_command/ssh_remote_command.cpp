@@ -80,6 +80,7 @@ SshRemoteCommand::~SshRemoteCommand() {
 // ---- setup --------------------------------------------------------------------------------------
 
 TarselResult SshRemoteCommand::Setup() {
+    Remove(GetLocalPath(kRemoteLogName));
     if (const TarselResult result = Connect(); result != SUCCEED) return result;
     if (const TarselResult result = ExamineMachine(); result != SUCCEED) return result;
     has_fitting_tool_ = !machine_.tool.empty() && machine_.tool_version == settings_.tool_version;

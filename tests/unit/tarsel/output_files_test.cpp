@@ -72,5 +72,22 @@ TEST_F(OutputFilesTest, WithoutAnEarlierScanFileNothingIsSetAside) {
     EXPECT_EQ(FilesInFolder(), 0U);
 }
 
+TEST_F(OutputFilesTest, FetchedScanFileDoesNotTakeThePlaceOfTheEarlierOne) {
+    const auto started = std::chrono::system_clock::now() - std::chrono::minutes(1);
+    folder_.Write("Tarsel-update-scan.xml.old", "earlier");
+    folder_.Write("Tarsel-update-scan.xml", "fetched");
+    EXPECT_TRUE(SetAsideFetchedScanXml(folder_.Path(""), started));
+    EXPECT_EQ(folder_.Read("Tarsel-update-scan.xml.remote"), "fetched");
+    EXPECT_EQ(folder_.Read("Tarsel-update-scan.xml.old"), "earlier");
+    EXPECT_FALSE(SetAsideFetchedScanXml(folder_.Path(""), started));
+}
+
+TEST_F(OutputFilesTest, ScanFileOfAnEarlierRunIsNoFetchedOne) {
+    const auto started = std::chrono::system_clock::now() + std::chrono::minutes(1);
+    folder_.Write("Tarsel-update-scan.xml", "earlier");
+    EXPECT_FALSE(SetAsideFetchedScanXml(folder_.Path(""), started));
+    EXPECT_EQ(folder_.Read("Tarsel-update-scan.xml"), "earlier");
+}
+
 }  // namespace
 }  // namespace tarsel

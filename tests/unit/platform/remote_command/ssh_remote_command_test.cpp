@@ -36,6 +36,13 @@ TEST_F(SshRemoteCommandTest, RefusedLoginIsSetupsResult) {
     EXPECT_THAT(result.message, HasSubstr("server7"));
 }
 
+TEST_F(SshRemoteCommandTest, RemoteLogOfAnEarlierRunDoesNotExplainThisOne) {
+    output_.Write("remote-tarsel.log", "of an earlier run");
+    EXPECT_CALL(shell(), Connect).WillOnce(Return(SshFailure{SshProblem::kAuthRefused, "no"}));
+    EXPECT_EQ(Make()->Setup().code, AUTHENTICATION_FAILED);
+    EXPECT_FALSE(std::filesystem::exists(output_.Path("remote-tarsel.log")));
+}
+
 TEST_F(SshRemoteCommandTest, NoticesOfTheChannelReachTheUser) {
     EXPECT_CALL(shell(), Notices).WillOnce(Return(std::vector<std::string>{"A new key."}));
     const auto remote = MakeReady();
