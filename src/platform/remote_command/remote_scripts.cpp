@@ -19,6 +19,7 @@ constexpr const char* kPathLine =
     "PATH=$PATH:/usr/local/bin:/usr/local/sbin:/usr/bin:/bin:/usr/sbin:/sbin; export PATH\n";
 constexpr std::string_view kFolderPrefix = "/tarsel.";
 constexpr std::string_view kVersionPrefix = "tarsel ";
+constexpr std::size_t kLongestLine = 4200;  // a path and its word
 
 bool HasControlCharacters(std::string_view text) {
     return std::any_of(text.begin(), text.end(), [](char letter) {
@@ -43,7 +44,8 @@ void ForEachLine(std::string_view output, Take take) {
         const std::string_view line = output.substr(0, end);
         output.remove_prefix(std::min(end + 1, output.size()));
         const std::size_t blank = line.find(' ');
-        if (blank == std::string_view::npos || HasControlCharacters(line)) continue;
+        const bool is_ours = line.size() <= kLongestLine && blank != std::string_view::npos;
+        if (!is_ours || HasControlCharacters(line)) continue;
         take(line.substr(0, blank), std::string(line.substr(blank + 1)));
     }
 }
@@ -53,12 +55,12 @@ std::string VersionIn(const std::string& text) {
 }
 
 void TakeLine(std::string_view word, const std::string& value, RemoteMachine& machine) {
-    if (word == "system") machine.system = value;
-    if (word == "machine") machine.machine = value;
+    if (word == "system") machine.system = transport::CleanStart(value);
+    if (word == "machine") machine.machine = transport::CleanStart(value);
     if (word == "user") machine.is_root = value == "0";
-    if (word == "name") machine.user = value;
+    if (word == "name") machine.user = transport::CleanStart(value);
     if (word == "tool" && value.starts_with('/')) machine.tool = value;
-    if (word == "version") machine.tool_version = VersionIn(value);
+    if (word == "version") machine.tool_version = VersionIn(transport::CleanStart(value));
     if (word == "folder" && IsOurFolder(value)) machine.folder = value;
 }
 

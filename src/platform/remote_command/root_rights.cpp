@@ -3,6 +3,8 @@
 #include <chrono>
 #include <random>
 
+#include "transport/text/text_cleaning.h"
+
 namespace Vantix::remote {
 namespace {
 
@@ -55,7 +57,8 @@ std::string Notice(const RemoteMachine& machine, const std::string& words) {
     return "The scan runs without root's rights there, so some facts are missing" +
            (said.empty() ? std::string() : " (sudo says: " + said + ")") +
            "; install the tool there and add the sudoers line \"" + account +
-           " ALL=(root) NOPASSWD: " + LastingTool(machine) + "\", or log in as root.";
+           " ALL=(root) NOPASSWD: " + transport::CleanText(LastingTool(machine)) +
+           "\", or log in as root.";
 }
 
 // -k: cached rights would leave the password unread.

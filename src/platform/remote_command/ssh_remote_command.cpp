@@ -105,8 +105,8 @@ TarselResult SshRemoteCommand::ExamineMachine() {
     if (outcome.failure) return ResultOf(outcome.failure, SshStep::kTalking);
     Log(3, kSource, __LINE__).Stream()
         << settings_.target << " is a " << machine_.system << " " << machine_.machine
-        << ", folder \"" << machine_.folder << "\", tool \"" << machine_.tool << "\" "
-        << machine_.tool_version;
+        << ", folder \"" << CleanText(machine_.folder) << "\", tool \"" << CleanText(machine_.tool)
+        << "\" " << machine_.tool_version;
     if (!machine_.folder.empty()) return Success();
     return TarselResult(REMOTE_MACHINE_NOT_SUPPORTED,
                         "No private folder could be made on " + settings_.target +
@@ -310,7 +310,7 @@ TarselResult SshRemoteCommand::ResultOf(SshFailure failure, SshStep step) const 
 
 void SshRemoteCommand::RemoveFolder() {
     if (machine_.folder.empty()) return;
-    const std::string place = machine_.folder + " on " + settings_.target;
+    const std::string place = CleanText(machine_.folder) + " on " + settings_.target;
     if (settings_.keeps_folder) {
         settings_.run->AddNotice("The remote folder was kept: " + place + ".");
         return;

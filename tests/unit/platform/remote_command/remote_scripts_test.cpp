@@ -108,6 +108,18 @@ TEST_F(RemoteScriptsTest, AnswerWithoutLinesLeavesTheMachineUnknown) {
     EXPECT_FALSE(machine.is_root);
 }
 
+TEST_F(RemoteScriptsTest, AnswersAreShortCleanText) {
+    const std::string much(3000, 'x');
+    const RemoteMachine machine =
+        ParseSetupAnswer("system " + much + "\nmachine a\xFFz\nname " + much + "\nversion tarsel " +
+                         much + "\ntool /" + std::string(5000, 'y') + "\n");
+    EXPECT_EQ(machine.system.size(), 80U);
+    EXPECT_EQ(machine.machine, "a\xEF\xBF\xBDz");
+    EXPECT_EQ(machine.user.size(), 80U);
+    EXPECT_LE(machine.tool_version.size(), 80U);
+    EXPECT_EQ(machine.tool, "");
+}
+
 class HostileFolderTest : public RemoteScriptsTest,
                           public testing::WithParamInterface<const char*> {};
 
