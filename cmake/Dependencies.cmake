@@ -1,6 +1,10 @@
 # Third-party libraries. Each has a line with its reason and licence in docs/dependencies.md.
 set(THREADS_PREFER_PTHREAD_FLAG ON)
 find_package(Threads REQUIRED)
+if(MINGW AND CMAKE_CROSSCOMPILING)
+    include(cmake/windows/Dependencies.cmake)
+    return()
+endif()
 find_package(Boost 1.81 REQUIRED COMPONENTS filesystem json)
 find_package(CURL 7.80 REQUIRED)
 find_package(OpenSSL 3.0 REQUIRED)

@@ -14,7 +14,8 @@ PRIVATE_FAMILIES = {"redfish", "ipmi"}
 _STANDARD = re.compile(r"^[a-z0-9_]+$")
 _SYSTEM = re.compile(
     r"^(sys|arpa|netinet|net|linux|asm)/|^(unistd|poll|fcntl|termios|netdb|dlfcn|pwd|grp|dirent"
-    r"|signal|spawn|pthread|syslog|glob|windows|winsock2|ws2tcpip|io|conio|process|direct)\.h$")
+    r"|signal|spawn|pthread|syslog|glob|windows|winsock2|ws2tcpip|io|conio|process|direct|aclapi|sddl"
+    r"|setupapi|cfgmgr32|winioctl|ntddscsi|nvme|initguid|devpkey)\.h$")
 _SYSTEM_FILE = re.compile(r"_(linux|posix|windows)\.(cpp|h)$")
 
 _SERVICE_THIRD_PARTY = re.compile(r"^boost/(property_tree|regex|filesystem)")

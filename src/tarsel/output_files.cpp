@@ -5,6 +5,8 @@
 #include <random>
 #include <system_error>
 
+#include "common/files/file_path.h"
+
 namespace tarsel {
 namespace {
 
@@ -17,7 +19,7 @@ std::string AsideName(const std::string& file) {
 }
 
 bool WriteWhole(const std::string& file, const std::string& content) {
-    std::ofstream stream(file, std::ios::binary | std::ios::trunc);
+    std::ofstream stream(Vantix::FilePath(file), std::ios::binary | std::ios::trunc);
     stream << content;
     stream.close();
     return !stream.fail();
@@ -26,19 +28,20 @@ bool WriteWhole(const std::string& file, const std::string& content) {
 }  // namespace
 
 std::string FileIn(const std::string& folder, const std::string& name) {
-    return (fs::path(folder) / name).string();
+    return Vantix::FileName(Vantix::FilePath(folder) / Vantix::FilePath(name));
 }
 
 std::string PrepareOutputFolder(const std::string& folder) {
     std::error_code error;
-    fs::create_directories(folder, error);
-    if (!fs::is_directory(folder, error)) {
+    const fs::path path = Vantix::FilePath(folder);
+    fs::create_directories(path, error);
+    if (!fs::is_directory(path, error)) {
         return "The output folder " + folder +
                " cannot be made; choose another one with --output DIR.";
     }
     const std::string probe = AsideName(FileIn(folder, kCommonResultName));
     const bool is_writable = WriteWhole(probe, "");
-    fs::remove(probe, error);
+    fs::remove(Vantix::FilePath(probe), error);
     if (is_writable) return {};
     return "The output folder " + folder +
            " is not writable; choose another one with --output "
@@ -47,9 +50,10 @@ std::string PrepareOutputFolder(const std::string& folder) {
 
 bool WriteFileAtomically(const std::string& file, const std::string& content) {
     std::error_code error;
-    const std::string aside = AsideName(file);
-    const bool is_written = WriteWhole(aside, content);
-    if (is_written) fs::rename(aside, file, error);
+    const std::string aside_name = AsideName(file);
+    const fs::path aside = Vantix::FilePath(aside_name);
+    const bool is_written = WriteWhole(aside_name, content);
+    if (is_written) fs::rename(aside, Vantix::FilePath(file), error);
     if (is_written && !error) return true;
     fs::remove(aside, error);
     return false;
@@ -69,8 +73,8 @@ bool SetAsideFetchedScanXml(const std::string& folder,
 bool SetAsideOldScanXml(const std::string& folder) {
     std::error_code error;
     const std::string file = FileIn(folder, kScanXmlName);
-    if (!fs::is_regular_file(fs::symlink_status(file, error))) return false;
-    fs::rename(file, file + ".old", error);
+    if (!fs::is_regular_file(fs::symlink_status(Vantix::FilePath(file), error))) return false;
+    fs::rename(Vantix::FilePath(file), Vantix::FilePath(file + ".old"), error);
     return !error;
 }
 

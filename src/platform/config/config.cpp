@@ -2,6 +2,7 @@
 
 #include <fstream>
 
+#include "common/files/file_path.h"
 #include "platform/config/config_text.h"
 #include "platform/os/os.h"
 
@@ -10,7 +11,7 @@ namespace Vantix {
 int GetGlobalConfigValue(const std::string& key, int default_value) {
     const std::string directory = GetModuleDirectory();
     if (directory.empty()) return default_value;
-    std::ifstream file(directory + "global.config", std::ios::binary);
+    std::ifstream file(FilePath(directory + "global.config"), std::ios::binary);
     return FindConfigNumber(file, key).value_or(default_value);
 }
 

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <system_error>
 
+#include "common/files/file_path.h"
 #include "platform/estimate/duration_table.h"
 #include "platform/os/os.h"
 
@@ -17,25 +18,25 @@ constexpr int kDefaultInbandSeconds = 120;
 
 Vantix::DurationTable ReadTable(const std::string& file) {
     if (file.empty()) return {};
-    std::ifstream text(file, std::ios::binary);
+    std::ifstream text(Vantix::FilePath(file), std::ios::binary);
     return Vantix::DurationTable::Read(text);
 }
 
 // Written aside and renamed, so that a reader or a crash never meets half a table.
 void WriteTable(const std::string& file, const Vantix::DurationTable& table) {
     std::error_code error;
-    const fs::path target(file);
+    const fs::path target = Vantix::FilePath(file);
     if (target.has_parent_path()) fs::create_directories(target.parent_path(), error);
     const std::string aside = file + ".new";
     bool is_written = false;
     if (Vantix::MakePrivateFile(aside)) {
-        std::ofstream text(aside, std::ios::binary | std::ios::trunc);
+        std::ofstream text(Vantix::FilePath(aside), std::ios::binary | std::ios::trunc);
         table.Write(text);
         text.close();
         is_written = !text.fail();
     }
-    if (is_written) fs::rename(aside, target, error);
-    if (!is_written || error) fs::remove(aside, error);
+    if (is_written) fs::rename(Vantix::FilePath(aside), target, error);
+    if (!is_written || error) fs::remove(Vantix::FilePath(aside), error);
 }
 
 }  // namespace

@@ -7,9 +7,11 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <mutex>
 
+#include "common/files/file_path.h"
 #include "platform/log/log_record.h"
 #include "platform/log/log_settings.h"
 #include "platform/log/secret_masker.h"
@@ -41,12 +43,15 @@ std::unique_ptr<FileSink> OpenFile(const LogSettings& settings) {
     spdlog::file_event_handlers handlers;
     // The library opens files with the user's default mode; a file that is there already keeps its
     // own, so it is made first, also after each rotation.
-    handlers.before_open = [](const spdlog::filename_t& name) { MakePrivateFile(name); };
+    handlers.before_open = [](const spdlog::filename_t& name) {
+        MakePrivateFile(FileName(std::filesystem::path(name)));
+    };
     try {
-        auto sink = std::make_unique<FileSink>(settings.file,
+        auto sink = std::make_unique<FileSink>(FilePath(settings.file).native(),
                                                std::max(settings.max_file_bytes, kSmallestFile),
                                                settings.max_files, false, handlers);
-        sink->set_formatter(std::make_unique<spdlog::pattern_formatter>("%v"));
+        sink->set_formatter(std::make_unique<spdlog::pattern_formatter>(
+            "%v", spdlog::pattern_time_type::local, "\n"));
         return sink;
     } catch (const std::exception&) {
         return nullptr;

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+#include "common/files/file_path.h"
+
 namespace Vantix {
 namespace {
 
@@ -76,7 +78,7 @@ SystemList::SystemList(std::string file) : file_(std::move(file)) {}
 
 bool SystemList::Contains(const std::string& machine_type) {
     if (!is_read_) {
-        std::ifstream text(file_, std::ios::binary);
+        std::ifstream text(FilePath(file_), std::ios::binary);
         machine_types_ = ReadSystemList(text);
         is_read_ = true;
     }

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <utility>
 
+#include "common/files/file_path.h"
 #include "common/result/result_codes.h"
 #include "platform/log/log.h"
 #include "service/update_scan_service/detail/identity_conversion.h"
@@ -45,12 +46,13 @@ class TextBuffer : public std::streambuf {
 
 bool IsRegularFile(const std::string& file_name) {
     boost::system::error_code error;
-    return boost::filesystem::is_regular_file(boost::filesystem::path(file_name), error);
+    return boost::filesystem::is_regular_file(
+        boost::filesystem::path(Vantix::FilePath(file_name).native()), error);
 }
 
 // Throws the parser's own errors, so that their texts read alike wherever they come from.
 std::string ReadBytes(const std::string& file_name) {
-    std::ifstream file(file_name);
+    std::ifstream file(Vantix::FilePath(file_name), std::ios::binary);
     if (!file) throw xml_parser_error("cannot open file", file_name, 0);
     std::string bytes;
     std::array<char, 65536> block;

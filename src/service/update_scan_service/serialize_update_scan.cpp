@@ -5,6 +5,7 @@
 #include <fstream>
 #include <locale>
 
+#include "common/files/file_path.h"
 #include "common/result/result_codes.h"
 
 namespace service {
@@ -109,7 +110,8 @@ int SerializeScanReport::SaveToXml(const UpdateScanReport& report, const std::st
     ptree tree;
     AddToPtree(report, tree);
     try {
-        std::ofstream file(fileName);
+        // Binary: the same bytes on every system.
+        std::ofstream file(Vantix::FilePath(fileName), std::ios::binary);
         file.imbue(std::locale::classic());
         WriteTree(tree, file);
         // A full disk shows only when the buffer is emptied; the destructor would not tell.

@@ -128,11 +128,23 @@ void TlsTrust::Apply(CURL* easy) {
     }
 }
 
+namespace {
+
+// OpenSSL finds the store of a Unix system by itself; that of Windows is no file.
+void UseSystemStore([[maybe_unused]] CURL* easy) {
+#ifdef _WIN32
+    curl_easy_setopt(easy, CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_NATIVE_CA));
+#endif
+}
+
+}  // namespace
+
 void TlsTrust::ApplyTrust(CURL* easy) const {
     const bool check_chain = settings_.verify_certificate && !pin_;
     curl_easy_setopt(easy, CURLOPT_SSL_VERIFYPEER, check_chain ? 1L : 0L);
     curl_easy_setopt(easy, CURLOPT_SSL_VERIFYHOST, check_chain ? 2L : 0L);
     if (check_chain && settings_.ca_file.empty()) {
+        UseSystemStore(easy);
         return;
     }
     // A CA file replaces the system's store, it does not add to it; and a store that nobody asks is

@@ -1,0 +1,26 @@
+// A text that a started program reads as a file: in the user's own temporary folder, closed to all
+// others, gone with the object.
+#pragma once
+
+#include <string>
+
+#include "transport/process/child_pipe_windows.h"
+
+namespace Vantix::transport {
+
+class PassedTextFile {
+  public:
+    /// IsMade() is false when the system gives no file.
+    explicit PassedTextFile(const std::string& text);
+    ~PassedTextFile();
+    PassedTextFile(const PassedTextFile&) = delete;
+    PassedTextFile& operator=(const PassedTextFile&) = delete;
+
+    [[nodiscard]] bool IsMade() const { return !path_.empty(); }
+    [[nodiscard]] const std::wstring& Path() const { return path_; }
+
+  private:
+    std::wstring path_;
+};
+
+}  // namespace Vantix::transport
