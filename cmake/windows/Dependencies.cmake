@@ -22,6 +22,11 @@ set_property(TARGET OpenSSL::Crypto APPEND PROPERTY
     INTERFACE_LINK_LIBRARIES ws2_32 crypt32 gdi32 advapi32 user32 bcrypt)
 find_package(CURL 7.80 REQUIRED CONFIG)
 
+find_package(libssh 0.10 REQUIRED CONFIG)
+set_property(TARGET ssh APPEND PROPERTY INTERFACE_COMPILE_DEFINITIONS LIBSSH_STATIC)
+set_property(TARGET ssh APPEND PROPERTY INTERFACE_LINK_LIBRARIES
+    OpenSSL::Crypto iphlpapi ws2_32 shlwapi)
+
 # Headers alone: linked into the prefix by build-deps.sh.
 foreach(name CLI11::CLI11 spdlog::spdlog_header_only)
     string(REPLACE "::" "_" target "${name}")
