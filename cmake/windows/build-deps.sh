@@ -174,7 +174,7 @@ build_libssh() {
     source_of libssh
     folder=$(unpacked libssh)
     keep_licence "$folder/COPYING" libssh
-    cmake_build libssh "$folder" -DWITH_SERVER=OFF -DWITH_EXAMPLES=OFF -DWITH_GSSAPI=OFF \
+    cmake_build libssh "$folder" -DWITH_SERVER=ON -DWITH_EXAMPLES=OFF -DWITH_GSSAPI=OFF \
         -DWITH_ZLIB=OFF -DWITH_PCAP=OFF -DUNIT_TESTING=OFF -DWITH_SYMBOL_VERSIONING=OFF \
         -DOPENSSL_ROOT_DIR="$prefix" -DOPENSSL_USE_STATIC_LIBS=ON \
         "-DCMAKE_C_STANDARD_LIBRARIES=$system_libraries"

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/local/firmware_table.h"
 #include "transport/smbios/smbios_entry_point.h"
 #include "transport/smbios/smbios_records.h"
 
@@ -67,6 +68,11 @@ SmbiosStructures WantedOf(SmbiosStructures structures) {
 }  // namespace
 
 SmbiosStructures ReadSmbios(const SystemRoot& root) {
+    if (root.IsThisMachine()) {
+        if (const auto running = RunningFirmwareTable()) {
+            return WantedOf(transport::ReadSmbiosTable(*running));
+        }
+    }
     if (!root.Exists(kTable)) return WantedOf(ReadEntries(root));
     const std::optional<std::string> table = root.ReadBytes(kTable, kMostTableBytes);
     if (!table) return {};
@@ -75,7 +81,8 @@ SmbiosStructures ReadSmbios(const SystemRoot& root) {
 }
 
 bool HasSmbios(const SystemRoot& root) {
-    return root.Exists(kAttributes) || root.Exists(kTable) || root.Exists(kEntries);
+    return (root.IsThisMachine() && RunningFirmwareTable()) || root.Exists(kAttributes) ||
+           root.Exists(kTable) || root.Exists(kEntries);
 }
 
 }  // namespace Vantix::local

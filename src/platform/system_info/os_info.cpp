@@ -9,6 +9,7 @@
 #include "platform/local/kernel_name.h"
 #include "platform/local/local_host.h"
 #include "platform/local/os_release.h"
+#include "platform/local/running_os.h"
 #include "platform/log/log.h"
 #include "platform/system_info/system_info.h"
 
@@ -49,6 +50,13 @@ int SystemInfoScan::GetOSInfo(std::pair<std::string, std::string>& os_arch,
     os_arch = {};
     os_minor_version.clear();
     const auto root = Vantix::local::HostRoot();
+    if (root->IsThisMachine()) {
+        if (const auto running = Vantix::local::RunningOs()) {
+            os_arch = {running->name, Vantix::local::RunningArchitecture()};
+            os_minor_version = running->minor_version;
+            return os_arch.first.empty() ? GET_OS_TYPE_FAILED : SUCCEED;
+        }
+    }
     const std::optional<std::string> text = ReadRelease(*root);
     if (!text) {
         Vantix::VantixConnection::ActiveRun::Option().run->AddNotice(

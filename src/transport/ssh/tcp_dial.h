@@ -1,7 +1,8 @@
 // A TCP connection to a host that is given by name or address, within a limit of time.
 #pragma once
 
-#include <boost/asio/ip/tcp.hpp>
+#include <libssh/libssh.h>
+
 #include <functional>
 #include <string>
 
@@ -10,7 +11,7 @@
 
 namespace Vantix::transport {
 
-using NativeSocket = boost::asio::ip::tcp::socket::native_handle_type;
+using NativeSocket = socket_t;
 
 struct Dialed {
     SshFailure failure;

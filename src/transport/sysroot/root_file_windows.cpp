@@ -27,8 +27,7 @@ std::string RootFile::Read(std::uint64_t offset, std::size_t size) const {
     std::size_t done = 0;
     if (_lseeki64(handle_, static_cast<std::int64_t>(offset), SEEK_SET) < 0) return {};
     while (done < size) {
-        const int count =
-            _read(handle_, bytes.data() + done, static_cast<unsigned>(size - done));
+        const int count = _read(handle_, bytes.data() + done, static_cast<unsigned>(size - done));
         if (count < 0) return {};
         if (count == 0) break;
         done += static_cast<std::size_t>(count);
