@@ -26,6 +26,11 @@ TARSEL_BENCH_PACKAGES=(
     lshw pci.ids qemu-system-x86 cpio kmod
 )
 
+# To build the library and the command line for Windows and to run them under Wine: docs/windows.md.
+TARSEL_WINDOWS_PACKAGES=(
+    g++-mingw-w64-x86-64-posix wine64 libgnutls30 googletest dpkg-dev make perl xz-utils
+)
+
 TARSEL_APT_OPTIONS=(-y -q --no-install-recommends --no-remove -o DPkg::Lock::Timeout=900
     -o Acquire::Retries=3)
 

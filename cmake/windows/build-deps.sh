@@ -21,7 +21,7 @@ die() {
 
 for tool in "$triplet-g++-posix" cmake ninja make perl dpkg-source xz; do
     command -v "$tool" >/dev/null 2>&1 ||
-        die "$tool is missing; scripts/test-windows.sh installs what is needed"
+        die "$tool is missing; install TARSEL_WINDOWS_PACKAGES of scripts/packages.sh first"
 done
 
 key=$({
