@@ -20,10 +20,8 @@ using Vantix::transport::SystemRoot;
 constexpr const char* kLogSource = "os_info";
 constexpr const char* kReleaseFiles[] = {"/etc/os-release", "/usr/lib/os-release"};
 
-// A link that leads out of a recorded tree would tell of this machine instead.
 std::optional<std::string> ReadRelease(const SystemRoot& root) {
     for (const char* path : kReleaseFiles) {
-        if (root.Resolve(path).empty()) continue;
         std::optional<std::string> text = root.ReadBytes(path);
         if (text) return text;
     }

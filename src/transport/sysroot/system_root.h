@@ -28,8 +28,8 @@ class SystemRoot {
     /// Where `path` ("/sys/...") is for the operating system.
     [[nodiscard]] std::string HostPath(std::string_view path) const;
 
-    /// The file's bytes, at most `max_bytes` of them; nothing when it cannot be read or is no
-    /// regular file. Never waits for a writer.
+    /// The file's bytes, at most `max_bytes` of them; nothing when it cannot be read, is no regular
+    /// file, or is a link out of a recorded tree. Never waits for a writer.
     [[nodiscard]] std::optional<std::string> ReadBytes(std::string_view path,
                                                        std::size_t max_bytes = kMaxAttribute) const;
 

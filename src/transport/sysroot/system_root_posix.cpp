@@ -61,6 +61,14 @@ std::optional<std::string> ReadAll(int handle, std::size_t max_bytes) {
     return bytes;
 }
 
+// Where there is nothing, errno tells why.
+std::optional<std::string> ReadFile(const std::string& path, std::size_t max_bytes) {
+    const File file(path);
+    if (file.Handle() < 0) return std::nullopt;
+    errno = 0;
+    return file.IsRegular() ? ReadAll(file.Handle(), max_bytes) : std::nullopt;
+}
+
 struct CloseFolder {
     void operator()(DIR* folder) const { ::closedir(folder); }
 };
@@ -88,10 +96,11 @@ std::optional<std::string> SystemRoot::ReadBytes(std::string_view path,
         const std::lock_guard<std::mutex> lock(mutex_);
         if (const auto known = read_.find(path); known != read_.end()) return known->second;
     }
-    const File file(HostPath(path));
+    errno = 0;
+    // A link that leads out of a recorded tree would tell of this machine instead.
+    const std::string place = IsThisMachine() ? std::string(path) : Resolve(path);
     std::optional<std::string> bytes;
-    if (file.Handle() >= 0) errno = 0;
-    if (file.Handle() >= 0 && file.IsRegular()) bytes = ReadAll(file.Handle(), max_bytes);
+    if (!place.empty()) bytes = ReadFile(HostPath(place), max_bytes);
     const bool is_denied = !bytes && IsDenial(errno);
     const std::lock_guard<std::mutex> lock(mutex_);
     if (is_denied) denied_.insert(std::string(path));

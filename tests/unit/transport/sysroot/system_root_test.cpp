@@ -120,6 +120,18 @@ TEST(SystemRootTest, CirclesDanglingAndOutwardLinksLeadNowhere) {
     }
 }
 
+TEST(SystemRootTest, LinkOutOfARecordedTreeIsNotRead) {
+    SystemTree other;
+    other.File("/sys/out", "of another machine");
+    SystemTree tree;
+    tree.Link("/sys/out", other.Root() + "/sys/out");
+    tree.File("/sys/real", "own").Link("/sys/in", "real");
+    const SystemRoot root(tree.Root());
+    EXPECT_FALSE(root.ReadBytes("/sys/out").has_value());
+    EXPECT_EQ(root.ReadText("/sys/in"), "own");
+    EXPECT_TRUE(root.DeniedPaths().empty());
+}
+
 TEST(SystemRootTest, OnlySlashIsThisMachine) {
     EXPECT_TRUE(SystemRoot("/").IsThisMachine());
     EXPECT_TRUE(SystemRoot("").IsThisMachine());
