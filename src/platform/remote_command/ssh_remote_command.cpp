@@ -64,6 +64,11 @@ void Remove(const std::string& path) {
     fs::remove(path, ignored);
 }
 
+bool IsStillThere(const std::string& path) {
+    std::error_code ignored;
+    return fs::is_regular_file(path, ignored);
+}
+
 }  // namespace
 
 SshRemoteCommand::SshRemoteCommand(std::unique_ptr<transport::RemoteShell> shell,
@@ -196,9 +201,7 @@ TarselResult SshRemoteCommand::VerdictOn(const RemoteOutcome& outcome) {
 
 TarselResult SshRemoteCommand::DownloadLogs() {
     settings_.run->Activity("fetching the files from " + settings_.target);
-    SetAside(GetLocalPath(kReportName));
-    Remove(GetLocalPath(kResultName));
-    Remove(GetLocalPath(kRemoteLogName));
+    if (const TarselResult cleared = ClearLocalFiles(); cleared != SUCCEED) return cleared;
     RemoteFiles files;
     if (const TarselResult listed = ListFiles(files); listed != SUCCEED) return listed;
     for (const char* const name : {kReportName, kResultName}) {
@@ -208,6 +211,22 @@ TarselResult SshRemoteCommand::DownloadLogs() {
     FetchLog(files);
     for (auto& source : ReadSources(GetLocalPath(kResultName))) {
         settings_.run->ReportSource(std::move(source));
+    }
+    return Success();
+}
+
+// In a folder that others write to, a file may be somebody else's: it must not pass for this run's.
+TarselResult SshRemoteCommand::ClearLocalFiles() {
+    SetAside(GetLocalPath(kReportName));
+    Remove(GetLocalPath(kResultName));
+    Remove(GetLocalPath(kRemoteLogName));
+    for (const char* const name : {kReportName, kResultName}) {
+        const std::string path = GetLocalPath(name);
+        if (!IsStillThere(path)) continue;
+        return TarselResult(WRITE_FILE_FAILED, "The file " + path +
+                                                   " of an earlier run cannot be removed; nothing "
+                                                   "was fetched from " +
+                                                   settings_.target + ".");
     }
     return Success();
 }

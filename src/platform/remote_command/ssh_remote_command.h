@@ -49,7 +49,8 @@ class SshRemoteCommand : public RemoteCommandInterface {
     /// needs the tool and there is none; GENERIC_FAILURE for a failed command.
     TarselResult Run(const std::string& command_line) override;
     /// Fetches what the run left: report, common result, log. Files of an earlier run do not stay
-    /// behind under their names. A file that is not there is no failure, nor is the log.
+    /// behind under their names: WRITE_FILE_FAILED where one cannot be removed. A file that is not
+    /// there is no failure, nor is the log.
     TarselResult DownloadLogs() override;
     /// The output folder and the last part of the name; empty when that part is no file name.
     std::string GetLocalPath(const std::string& remote_file_name) override;
@@ -61,6 +62,7 @@ class SshRemoteCommand : public RemoteCommandInterface {
     TarselResult Unpack();
     TarselResult MissingTool(const std::string& why) const;
     TarselResult VerdictOn(const transport::RemoteOutcome& outcome);
+    TarselResult ClearLocalFiles();
     TarselResult ListFiles(RemoteFiles& files);
     TarselResult Fetch(const std::string& name, const RemoteFiles& files);
     TarselResult CleanReport();

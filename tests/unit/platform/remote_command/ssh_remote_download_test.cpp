@@ -44,6 +44,18 @@ TEST_F(SshRemoteCommandTest, MissingFilesAreNoFailureAndOldOnesAreNotTakenForThe
     EXPECT_EQ(output_.Read("Tarsel-update-scan.xml.old"), "of an earlier run");
 }
 
+TEST_F(SshRemoteCommandTest, ReportThatCannotBeSetAsideIsNotTakenForThisRuns) {
+    auto remote = MakeReady();
+    FolderHolds("");
+    output_.Write("Tarsel-update-scan.xml", "of an earlier run");
+    fs::create_directories(output_.Path("Tarsel-update-scan.xml.old/occupied"));
+    EXPECT_CALL(shell(), Download).Times(0);
+    const TarselResult result = remote->DownloadLogs();
+    EXPECT_EQ(result.code, WRITE_FILE_FAILED);
+    EXPECT_THAT(result.message, EndsWith("of an earlier run cannot be removed; nothing was fetched "
+                                         "from server7."));
+}
+
 TEST_F(SshRemoteCommandTest, SymbolicLinkIsNotFetched) {
     auto remote = MakeReady();
     FolderHolds("other Tarsel-update-scan.xml\nfile common_result.xml\n");
