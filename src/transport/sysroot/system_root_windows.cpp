@@ -41,8 +41,10 @@ std::optional<std::string> SystemRoot::ReadBytes(std::string_view path,
     }
     std::optional<std::string> bytes;
     std::error_code error;
-    const fs::path file_path = FilePath(HostPath(path));
-    if (!IsThisMachine() && fs::is_regular_file(file_path, error)) {
+    // Empty for this machine, and for a link out of the recorded one.
+    const std::string place = Resolve(path);
+    const fs::path file_path = FilePath(HostPath(place));
+    if (!place.empty() && fs::is_regular_file(file_path, error)) {
         std::ifstream file(file_path, std::ios::binary);
         std::string content(max_bytes, '\0');
         if (file) file.read(content.data(), static_cast<std::streamsize>(max_bytes));
