@@ -3,8 +3,8 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <random>
+#include <sstream>
 #include <string>
 
 namespace test_support {
@@ -38,10 +38,13 @@ class TemporaryFolder {
 
     [[nodiscard]] std::string Read(const std::string& name) const { return ReadFile(Path(name)); }
 
-    /// Empty when there is no such file.
+    /// Empty when there is no such file, also when it goes while it is read, as those of processes
+    /// do.
     static std::string ReadFile(const std::string& path) {
         std::ifstream file(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+        std::ostringstream content;
+        content << file.rdbuf();
+        return content.str();
     }
 
   private:

@@ -34,11 +34,17 @@ std::uint32_t CharacterIn(std::string_view sequence) {
     return sequence.size() == 2 ? ((byte(0) & 0x1FU) << 6U) | (byte(1) & 0x3FU) : 0xFFFFU;
 }
 
-// The length of the character reference that `text` begins with; 0 when it begins with none.
-std::size_t ReferenceLength(std::string_view text) {
+// Where the digits of a character reference at the front of `text` end; 0 when there is no "&#".
+std::size_t DigitsEnd(std::string_view text) {
+    constexpr std::string_view kDigits = "xX0123456789abcdefABCDEF";
     if (!text.starts_with("&#")) return 0;
-    const std::size_t end = text.substr(0, kLongestReference).find(';');
-    return end == std::string_view::npos ? 0 : end + 1;
+    return std::min(text.find_first_not_of(kDigits, 2), text.size());
+}
+
+// The length of the character reference that `text` begins with; 0 when it begins with none.
+std::size_t ReferenceLength(std::string_view text, std::size_t digits_end) {
+    const bool is_closed = digits_end > 0 && digits_end < text.size() && text[digits_end] == ';';
+    return is_closed && digits_end < kLongestReference ? digits_end + 1 : 0;
 }
 
 // Numbers that no character has are as little wanted: some readers let them overflow into one.
@@ -53,10 +59,8 @@ bool IsControlReference(std::string_view reference) {
 }
 
 // Readers take references of any length: one that is not looked at must not stay one.
-bool IsEndlessReference(std::string_view text) {
-    constexpr std::string_view kDigits = "xX0123456789abcdefABCDEF";
-    return text.starts_with("&#") &&
-           text.substr(2, kLongestReference).find_first_not_of(kDigits) == std::string_view::npos;
+bool IsEndlessReference(std::string_view text, std::size_t digits_end) {
+    return digits_end > 0 && (digits_end >= kLongestReference || digits_end == text.size());
 }
 
 }  // namespace
@@ -65,10 +69,11 @@ std::string CleanScanXml(std::string_view xml) {
     std::string clean;
     clean.reserve(xml.size());
     while (!xml.empty()) {
-        std::size_t length = ReferenceLength(xml);
+        const std::size_t digits_end = DigitsEnd(xml);
+        std::size_t length = ReferenceLength(xml, digits_end);
         if (length > 0) {
             clean += IsControlReference(xml.substr(0, length)) ? " " : xml.substr(0, length);
-        } else if (IsEndlessReference(xml)) {
+        } else if (IsEndlessReference(xml, digits_end)) {
             clean += kEscapedAmpersand;
             length = 1;
         } else {
