@@ -20,6 +20,14 @@ using testing::StartsWith;
 
 class ScanRemoteToolTest : public ScanRemoteTestBase {
   protected:
+    void SetUp() override {
+#ifdef __SANITIZE_ADDRESS__
+        GTEST_SKIP() << "a package brings its libraries, and a sanitizer wants its own to come "
+                        "first; build without sanitizers";
+#endif
+        ScanRemoteTestBase::SetUp();
+    }
+
     /// The package of this build, made once for all tests of the program.
     static const std::string& Packages() {
         static const test_support::TemporaryFolder folder;

@@ -29,7 +29,7 @@ struct Machine {
 
     PciSurvey Read() {
         PciHost host{root, {}, {}, {}};
-        host.vpd_limits.time = std::chrono::milliseconds(2000);
+        host.vpd_limits.time = std::chrono::minutes(1);
         host.net_firmware = [](const std::string&) { return "9.0"; };
         host.open_vpd = [this](const SystemRoot&, const std::string& path) -> PieceReader {
             opened.push_back(path);

@@ -66,7 +66,9 @@ class Gate {
 };
 
 VpdReading ReadOne(PieceReader reader) {
-    return ReadVpds({std::move(reader)}, {}).at(0);
+    VpdLimits limits;
+    limits.time = std::chrono::minutes(1);  // of the test's machine, not of the device
+    return ReadVpds({std::move(reader)}, limits).at(0);
 }
 
 TEST(VpdReadsTest, NoReadersGiveNoReadings) {
