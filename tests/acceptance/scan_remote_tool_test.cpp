@@ -20,14 +20,6 @@ using testing::StartsWith;
 
 class ScanRemoteToolTest : public ScanRemoteTestBase {
   protected:
-    void SetUp() override {
-#ifdef __SANITIZE_ADDRESS__
-        GTEST_SKIP() << "a package brings its libraries, and a sanitizer wants its own to come "
-                        "first; build without sanitizers";
-#endif
-        ScanRemoteTestBase::SetUp();
-    }
-
     /// The package of this build, made once for all tests of the program.
     static const std::string& Packages() {
         static const test_support::TemporaryFolder folder;
@@ -66,7 +58,19 @@ class ScanRemoteToolTest : public ScanRemoteTestBase {
     }
 };
 
-TEST_F(ScanRemoteToolTest, CarriedToolGivesTheScanFileAndTheTablesMadeThere) {
+// Tests that run what the package holds.
+class ScanRemoteCarriedToolTest : public ScanRemoteToolTest {
+  protected:
+    void SetUp() override {
+#ifdef __SANITIZE_ADDRESS__
+        GTEST_SKIP() << "a package brings its libraries, and a sanitizer wants its own to come "
+                        "first; build without sanitizers";
+#endif
+        ScanRemoteTestBase::SetUp();
+    }
+};
+
+TEST_F(ScanRemoteCarriedToolTest, CarriedToolGivesTheScanFileAndTheTablesMadeThere) {
     StartBmc();
     const Ended ended = Run(RemoteScanBy(ScanFromThere(), {"--package-dir", Packages()}));
     EXPECT_EQ(ended.exit_code, 0) << ended.errors;
@@ -78,7 +82,7 @@ TEST_F(ScanRemoteToolTest, CarriedToolGivesTheScanFileAndTheTablesMadeThere) {
 }
 
 // The account may read the tree, so nothing is missing without root's rights.
-TEST_F(ScanRemoteToolTest, RecordedServerScannedThereGivesWhatItGivesHere) {
+TEST_F(ScanRemoteCarriedToolTest, RecordedServerScannedThereGivesWhatItGivesHere) {
     const std::string scenario = TARSEL_SCENARIOS "/own-server/";
     const std::string command = "{tarsel} scan --local --quiet --sysroot " + scenario +
                                 "sysroot --output {folder} >~/tables && cp {folder}/*.xml ~";
@@ -93,7 +97,7 @@ TEST_F(ScanRemoteToolTest, RecordedServerScannedThereGivesWhatItGivesHere) {
 
 // What this machine is does not matter here; that its scan of itself was made, fetched and is the
 // verdict does.
-TEST_F(ScanRemoteToolTest, WithoutACommandTheServerScansItself) {
+TEST_F(ScanRemoteCarriedToolTest, WithoutACommandTheServerScansItself) {
     const Ended ended = Run(RemoteScan({"--package-dir", Packages(), "--keep-remote"}));
     const std::string told = "The remote folder was kept: ";
     const std::size_t start = ended.errors.find(told);
@@ -107,7 +111,7 @@ TEST_F(ScanRemoteToolTest, WithoutACommandTheServerScansItself) {
     fs::remove_all(folder);
 }
 
-TEST_F(ScanRemoteToolTest, ServerWithoutSftpGivesTheSame) {
+TEST_F(ScanRemoteCarriedToolTest, ServerWithoutSftpGivesTheSame) {
     test_support::SshdSetup setup;
     setup.has_sftp = false;
     StartServer(setup);
@@ -118,7 +122,7 @@ TEST_F(ScanRemoteToolTest, ServerWithoutSftpGivesTheSame) {
     EXPECT_THAT(Output("tarsel.log"), Not(HasSubstr("over SFTP")));
 }
 
-TEST_F(ScanRemoteToolTest, FailedScanThereIsAFailedScanHereWithItsExitCode) {
+TEST_F(ScanRemoteCarriedToolTest, FailedScanThereIsAFailedScanHereWithItsExitCode) {
     StartBmc();
     const std::string command = ScanFromThere();
     std::ofstream(Home("password")) << "Wrong-Invented-Pass\n";
