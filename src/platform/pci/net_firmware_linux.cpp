@@ -1,4 +1,4 @@
-#include "platform/pci/net_firmware_linux.h"
+#include "platform/pci/net_firmware.h"
 
 #include <linux/ethtool.h>
 #include <linux/sockios.h>

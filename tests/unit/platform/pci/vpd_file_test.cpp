@@ -1,4 +1,4 @@
-#include "platform/pci/vpd_file_linux.h"
+#include "platform/pci/vpd_file.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -6,10 +6,10 @@
 #include "platform/connection/connection.h"
 #include "platform/local/local_host.h"
 #include "platform/log/log.h"
-#include "platform/pci/net_firmware_linux.h"
+#include "platform/pci/net_firmware.h"
 #include "platform/pci/pci_address.h"
 #include "platform/pci/pci_inventory.h"
-#include "platform/pci/vpd_file_linux.h"
+#include "platform/pci/vpd_file.h"
 
 namespace {
 
