@@ -65,6 +65,9 @@ class SystemRoot {
     static constexpr std::size_t kMaxNames = 65536;
 
   private:
+    /// Where below the root `path` is read; empty where it must not be.
+    [[nodiscard]] std::string PlaceOf(std::string_view path) const;
+
     std::string folder_;  ///< without final slash; empty for "/"
     mutable std::mutex mutex_;
     mutable std::map<std::string, std::optional<std::string>, std::less<>> read_;

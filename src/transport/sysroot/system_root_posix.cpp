@@ -12,7 +12,7 @@
 #include <memory>
 #include <utility>
 
-#include "transport/text/text_cleaning.h"
+#include "transport/sysroot/file_reading.h"
 
 namespace Vantix::transport {
 namespace {
@@ -61,14 +61,6 @@ std::optional<std::string> ReadAll(int handle, std::size_t max_bytes) {
     return bytes;
 }
 
-// Where there is nothing, errno tells why.
-std::optional<std::string> ReadFile(const std::string& path, std::size_t max_bytes) {
-    const File file(path);
-    if (file.Handle() < 0) return std::nullopt;
-    errno = 0;
-    return file.IsRegular() ? ReadAll(file.Handle(), max_bytes) : std::nullopt;
-}
-
 struct CloseFolder {
     void operator()(DIR* folder) const { ::closedir(folder); }
 };
@@ -80,37 +72,27 @@ std::string RealPath(const std::string& path) {
 
 }  // namespace
 
+FileReading ReadRegularFile(const std::string& path, std::size_t max_bytes) {
+    errno = 0;
+    const File file(path);
+    FileReading reading;
+    if (file.Handle() >= 0 && file.IsRegular()) reading.bytes = ReadAll(file.Handle(), max_bytes);
+    reading.is_denied = !reading.bytes && IsDenial(errno);
+    return reading;
+}
+
 SystemRoot::SystemRoot(const std::string& folder) {
     const std::string real = folder.empty() ? "/" : RealPath(folder);
     folder_ = real.empty() ? folder : real;
     while (!folder_.empty() && folder_.back() == '/') folder_.pop_back();
 }
 
-std::string SystemRoot::HostPath(std::string_view path) const {
-    return folder_ + std::string(path);
-}
-
-std::optional<std::string> SystemRoot::ReadBytes(std::string_view path,
-                                                 std::size_t max_bytes) const {
-    {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        if (const auto known = read_.find(path); known != read_.end()) return known->second;
-    }
+std::string SystemRoot::PlaceOf(std::string_view path) const {
+    if (IsThisMachine()) return std::string(path);
     errno = 0;
-    // A link that leads out of a recorded tree would tell of this machine instead.
-    const std::string place = IsThisMachine() ? std::string(path) : Resolve(path);
-    std::optional<std::string> bytes;
-    if (!place.empty()) bytes = ReadFile(HostPath(place), max_bytes);
-    const bool is_denied = !bytes && IsDenial(errno);
-    const std::lock_guard<std::mutex> lock(mutex_);
-    if (is_denied) denied_.insert(std::string(path));
-    read_.emplace(path, bytes);
-    return bytes;
-}
-
-std::string SystemRoot::ReadText(std::string_view path) const {
-    const std::optional<std::string> bytes = ReadBytes(path);
-    return bytes ? CleanText(*bytes) : std::string();
+    std::string place = Resolve(path);
+    if (place.empty() && IsDenial(errno)) AddDenied(path);
+    return place;
 }
 
 std::vector<std::string> SystemRoot::List(std::string_view path) const {
@@ -148,26 +130,6 @@ std::string SystemRoot::Resolve(std::string_view path) const {
     if (real.compare(0, folder_.size(), folder_) != 0) return {};
     const std::string below = real.substr(folder_.size());
     return below.empty() || below.front() == '/' ? below : std::string();
-}
-
-std::vector<std::string> SystemRoot::DeniedPaths() const {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    return {denied_.begin(), denied_.end()};
-}
-
-void SystemRoot::AddDenied(std::string_view path) const {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    denied_.emplace(path);
-}
-
-void SystemRoot::AddRead(std::string_view path, std::optional<std::string> bytes) const {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    read_.emplace(path, std::move(bytes));
-}
-
-bool SystemRoot::WasRead(std::string_view path) const {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    return read_.find(path) != read_.end();
 }
 
 }  // namespace Vantix::transport

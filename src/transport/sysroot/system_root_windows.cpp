@@ -5,9 +5,10 @@
 
 #include <algorithm>
 #include <fstream>
+#include <utility>
 
 #include "common/files/file_path.h"
-#include "transport/text/text_cleaning.h"
+#include "transport/sysroot/file_reading.h"
 
 namespace Vantix::transport {
 namespace {
@@ -21,6 +22,18 @@ std::string WithSlashes(const fs::path& path) {
 
 }  // namespace
 
+FileReading ReadRegularFile(const std::string& path, std::size_t max_bytes) {
+    FileReading reading;
+    std::error_code error;
+    if (!fs::is_regular_file(FilePath(path), error)) return reading;
+    std::ifstream file(FilePath(path), std::ios::binary);
+    std::string content(max_bytes, '\0');
+    if (file) file.read(content.data(), static_cast<std::streamsize>(max_bytes));
+    content.resize(static_cast<std::size_t>(file.gcount()));
+    if (file || file.eof()) reading.bytes = std::move(content);
+    return reading;
+}
+
 SystemRoot::SystemRoot(const std::string& folder) {
     if (folder.empty() || folder == "/") return;
     std::error_code error;
@@ -29,36 +42,9 @@ SystemRoot::SystemRoot(const std::string& folder) {
     while (!folder_.empty() && folder_.back() == '/') folder_.pop_back();
 }
 
-std::string SystemRoot::HostPath(std::string_view path) const {
-    return folder_ + std::string(path);
-}
-
-std::optional<std::string> SystemRoot::ReadBytes(std::string_view path,
-                                                 std::size_t max_bytes) const {
-    {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        if (const auto known = read_.find(path); known != read_.end()) return known->second;
-    }
-    std::optional<std::string> bytes;
-    std::error_code error;
-    // Empty for this machine, and for a link out of the recorded one.
-    const std::string place = Resolve(path);
-    const fs::path file_path = FilePath(HostPath(place));
-    if (!place.empty() && fs::is_regular_file(file_path, error)) {
-        std::ifstream file(file_path, std::ios::binary);
-        std::string content(max_bytes, '\0');
-        if (file) file.read(content.data(), static_cast<std::streamsize>(max_bytes));
-        content.resize(static_cast<std::size_t>(file.gcount()));
-        if (file || file.eof()) bytes = std::move(content);
-    }
-    const std::lock_guard<std::mutex> lock(mutex_);
-    read_.emplace(path, bytes);
-    return bytes;
-}
-
-std::string SystemRoot::ReadText(std::string_view path) const {
-    const std::optional<std::string> bytes = ReadBytes(path);
-    return bytes ? CleanText(*bytes) : std::string();
+// Paths of Linux would lead anywhere on this machine's current drive.
+std::string SystemRoot::PlaceOf(std::string_view path) const {
+    return IsThisMachine() ? std::string() : Resolve(path);
 }
 
 std::vector<std::string> SystemRoot::List(std::string_view path) const {
@@ -94,16 +80,6 @@ std::string SystemRoot::Resolve(std::string_view path) const {
     if (real.compare(0, folder_.size(), folder_) != 0) return {};
     const std::string below = real.substr(folder_.size());
     return below.empty() || below.front() == '/' ? below : std::string();
-}
-
-std::vector<std::string> SystemRoot::DeniedPaths() const {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    return {denied_.begin(), denied_.end()};
-}
-
-void SystemRoot::AddDenied(std::string_view path) const {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    denied_.emplace(path);
 }
 
 }  // namespace Vantix::transport
