@@ -1,6 +1,7 @@
 # Third-party libraries of the MinGW build, all static: see build-deps.sh beside this file.
 set(Boost_NO_BOOST_CMAKE ON)
 set(Boost_USE_STATIC_LIBS ON)
+set(Boost_NO_WARN_NEW_VERSIONS ON)
 find_package(Boost 1.81 REQUIRED COMPONENTS filesystem)
 set_property(TARGET Boost::filesystem APPEND PROPERTY
     INTERFACE_COMPILE_DEFINITIONS BOOST_FILESYSTEM_STATIC_LINK=1 BOOST_FILESYSTEM_NO_LIB)
@@ -43,6 +44,8 @@ set_target_properties(pugixml::pugixml PROPERTIES
 
 if(TARSEL_BUILD_TESTS)
     # Debian ships its sources, not a library for Windows.
+    # They know no policy that lets the two variables below through.
+    set(CMAKE_POLICY_DEFAULT_CMP0077 NEW)
     set(gtest_force_shared_crt ON)
     set(INSTALL_GTEST OFF)
     add_subdirectory(/usr/src/googletest "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
