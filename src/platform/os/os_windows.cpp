@@ -2,10 +2,16 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <chrono>
+#include <random>
+#include <string_view>
 #include <thread>
 
 #include "platform/os/wide_text_windows.h"
+
+// A macro of the system's headers that would rename our own function.
+#undef ReplaceFile
 
 namespace Vantix {
 namespace {
@@ -34,6 +40,19 @@ std::string FindModuleDirectory() {
         GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
     if (GetModuleHandleExW(flags, own_address, &module) == 0) return {};
     return DirectoryOfModuleFile(Utf8Of(FileOfModule(module)));
+}
+
+bool WriteAll(HANDLE file, std::string_view text) {
+    constexpr std::size_t kStep = 1U << 20U;
+    while (!text.empty()) {
+        const auto size = static_cast<DWORD>(std::min(text.size(), kStep));
+        DWORD written = 0;
+        if (WriteFile(file, text.data(), size, &written, nullptr) == 0 || written == 0) {
+            return false;
+        }
+        text.remove_prefix(written);
+    }
+    return true;
 }
 
 }  // namespace
@@ -65,6 +84,24 @@ bool MakePrivateFile(const std::string& path) {
     if (file == INVALID_HANDLE_VALUE) return false;
     CloseHandle(file);
     return true;
+}
+
+bool ReplaceFile(const std::string& path, const std::string& text) {
+    std::random_device random;
+    const std::wstring wide_path = WideOf(path);
+    const std::wstring aside = wide_path + L"." + std::to_wstring(random()) + L".new";
+    // A name that somebody has guessed and taken is refused.
+    const HANDLE file = CreateFileW(aside.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return false;
+    const bool is_written = WriteAll(file, text);
+    const bool is_closed = CloseHandle(file) != 0;
+    if (is_written && is_closed &&
+        MoveFileExW(aside.c_str(), wide_path.c_str(), MOVEFILE_REPLACE_EXISTING) != 0) {
+        return true;
+    }
+    DeleteFileW(aside.c_str());
+    return false;
 }
 
 }  // namespace Vantix

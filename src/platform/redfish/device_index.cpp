@@ -120,7 +120,8 @@ Slot PowerSupplySlot(const object& body, const Device& device) {
     if (const object* oem = json::Object(body, "Oem")) {
         for (const auto& maker : *oem) {
             const object* fields = maker.value().if_object();
-            const auto bay = fields == nullptr ? std::nullopt : json::Integer(*fields, "BayNumber");
+            if (fields == nullptr) continue;
+            const auto bay = json::Integer(*fields, "BayNumber");
             if (bay && *bay >= 0) return {std::to_string(*bay), kSlotPsu};
         }
     }
