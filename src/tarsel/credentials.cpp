@@ -30,7 +30,8 @@ PasswordResult FromRead(ReadState state, std::string line, const std::string& pl
         case ReadState::kMissing:
             return Error(place + " cannot be opened; check the name.");
         case ReadState::kTooOpen:
-            return Error(place + " can be accessed by other users; run chmod 600 on it first.");
+            return Error(place + " can be accessed by other users; " + HowToCloseToOthers() +
+                         " first.");
         case ReadState::kEmpty:
             return Error(place + " is empty; its first line must be the password.");
         case ReadState::kTooLong:

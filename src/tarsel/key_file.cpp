@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <fstream>
 
+#include "common/files/file_path.h"
+
 namespace tarsel {
 namespace {
 
@@ -26,7 +28,7 @@ bool IsKeyEncrypted(std::string_view text) {
 }
 
 bool IsKeyFileEncrypted(const std::string& file) {
-    std::ifstream stream(file, std::ios::binary);
+    std::ifstream stream(Vantix::FilePath(file), std::ios::binary);
     std::string text(kMostBytes, '\0');
     stream.read(text.data(), static_cast<std::streamsize>(text.size()));
     text.resize(static_cast<std::size_t>(stream.gcount()));

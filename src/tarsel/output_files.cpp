@@ -62,11 +62,13 @@ bool WriteFileAtomically(const std::string& file, const std::string& content) {
 bool SetAsideFetchedScanXml(const std::string& folder,
                             std::chrono::system_clock::time_point started) {
     std::error_code error;
-    const std::string file = FileIn(folder, kScanXmlName);
+    const fs::path file = Vantix::FilePath(FileIn(folder, kScanXmlName));
     if (!fs::is_regular_file(fs::symlink_status(file, error))) return false;
     const auto written = fs::last_write_time(file, error);
     if (error || fs::file_time_type::clock::to_sys(written) < started) return false;
-    fs::rename(file, file + ".remote", error);
+    fs::path aside = file;
+    aside += ".remote";
+    fs::rename(file, aside, error);
     return !error;
 }
 

@@ -25,8 +25,10 @@ bool GivesAccessToOthers(PACL list, DWORD index, PSID owner) {
     // Kinds of entries beside the plain one are rare on files; they count as access.
     if (header->AceType != ACCESS_ALLOWED_ACE_TYPE) return true;
     auto* allowed = static_cast<ACCESS_ALLOWED_ACE*>(entry);
-    constexpr DWORD kReading = FILE_READ_DATA | GENERIC_READ | GENERIC_ALL;
-    return (allowed->Mask & kReading) != 0 && !IsTrusted(&allowed->SidStart, owner);
+    // Who may write could put another password there.
+    constexpr DWORD kAccess = FILE_READ_DATA | FILE_WRITE_DATA | FILE_APPEND_DATA | WRITE_DAC |
+                              WRITE_OWNER | GENERIC_READ | GENERIC_WRITE | GENERIC_ALL;
+    return (allowed->Mask & kAccess) != 0 && !IsTrusted(&allowed->SidStart, owner);
 }
 
 }  // namespace

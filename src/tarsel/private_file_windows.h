@@ -5,8 +5,8 @@
 
 namespace tarsel {
 
-/// True unless only the file's owner, the administrators and the system itself may read it.
-/// `file` is open with READ_CONTROL.
+/// True unless only the file's owner, the administrators and the system itself may read or write
+/// it. `file` is open with READ_CONTROL.
 bool IsOpenToOthers(HANDLE file);
 
 }  // namespace tarsel

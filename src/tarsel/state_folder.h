@@ -5,12 +5,9 @@
 
 namespace tarsel {
 
-/// The file of remembered durations below the user's state folder, given the values of
-/// XDG_STATE_HOME and HOME (null: not set): the former when it is an absolute path, else
-/// ".local/state" below the latter. Empty when there is neither: nothing is remembered then.
-std::string DurationFile(const char* state_home, const char* home);
-
-/// The same for this process.
+/// The file of remembered durations, in UTF-8, below the user's state folder: XDG_STATE_HOME where
+/// it is an absolute path, else ".local/state" below HOME; on Windows LOCALAPPDATA. Empty when the
+/// environment names no absolute path: nothing is remembered then.
 std::string DurationFile();
 
 }  // namespace tarsel

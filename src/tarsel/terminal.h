@@ -36,6 +36,9 @@ ReadState PromptWithoutEcho(const std::string& prompt, const std::function<bool(
 /// The first line of a file that only its owner may read and write, without its line end.
 ReadState ReadPrivateFileLine(const std::string& file, std::string& line);
 
+/// What a user does to make a file such a one: half a sentence without its end.
+std::string HowToCloseToOthers();
+
 /// The first line of what an open descriptor gives, without its line end. The descriptor is read
 /// byte by byte, so that what follows stays for others, and left open.
 ReadState ReadDescriptorLine(int descriptor, std::string& line);

@@ -148,6 +148,10 @@ ReadState ReadPrivateFileLine(const std::string& file, std::string& line) {
     return state == ReadState::kOk && line.empty() ? ReadState::kEmpty : state;
 }
 
+std::string HowToCloseToOthers() {
+    return "run chmod 600 on it";
+}
+
 ReadState ReadDescriptorLine(int descriptor, std::string& line) {
     if (fcntl(descriptor, F_GETFD) < 0) return ReadState::kMissing;
     const ReadState state = ReadLine(descriptor, line);

@@ -173,6 +173,10 @@ ReadState ReadPrivateFileLine(const std::string& file, std::string& line) {
     return line.empty() ? ReadState::kEmpty : ReadState::kOk;
 }
 
+std::string HowToCloseToOthers() {
+    return "run icacls on it with /inheritance:r /grant:r %USERNAME%:F";
+}
+
 ReadState ReadDescriptorLine(int descriptor, std::string& line) {
     if (_get_osfhandle(descriptor) == -1) return ReadState::kMissing;
     const ReadState state = ReadLine(descriptor, line);

@@ -14,7 +14,9 @@ bool IsAbsolute(const char* path) {
 
 }  // namespace
 
-std::string DurationFile(const char* state_home, const char* home) {
+std::string DurationFile() {
+    const char* const state_home = std::getenv("XDG_STATE_HOME");
+    const char* const home = std::getenv("HOME");
     fs::path state;
     if (IsAbsolute(state_home)) {
         state = state_home;
@@ -24,10 +26,6 @@ std::string DurationFile(const char* state_home, const char* home) {
         return {};
     }
     return (state / "tarsel" / "durations.txt").string();
-}
-
-std::string DurationFile() {
-    return DurationFile(std::getenv("XDG_STATE_HOME"), std::getenv("HOME"));
 }
 
 }  // namespace tarsel
