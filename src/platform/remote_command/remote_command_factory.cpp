@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "common/files/file_path.h"
 #include "platform/connection/connection.h"
 #include "platform/connection/target_address.h"
 #include "platform/log/log_settings.h"
@@ -74,7 +75,7 @@ std::string TargetText(const SshTarget& target) {
 
 void RequireFolder(const std::string& folder, const std::string& what) {
     std::error_code error;
-    if (fs::is_directory(folder, error)) return;
+    if (fs::is_directory(Vantix::FilePath(folder), error)) return;
     throw std::runtime_error("The " + what + " \"" + folder + "\" is no folder.");
 }
 

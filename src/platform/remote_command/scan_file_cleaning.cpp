@@ -8,6 +8,7 @@
 #include <iterator>
 #include <optional>
 
+#include "common/files/file_path.h"
 #include "transport/text/text_cleaning.h"
 
 namespace Vantix::remote {
@@ -104,21 +105,21 @@ bool IsReasonableScanXml(std::string_view xml) {
 namespace {
 
 std::optional<std::string> ReadWhole(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
+    std::ifstream stream(FilePath(path), std::ios::binary);
     std::string bytes{std::istreambuf_iterator<char>(stream), {}};
     if (!stream.is_open() || stream.bad()) return std::nullopt;
     return bytes;
 }
 
 bool Replace(const std::string& path, const std::string& content) {
-    const std::string aside = path + ".clean";
+    const fs::path aside = FilePath(path + ".clean");
     std::error_code error;
     fs::remove(aside, error);  // a link of that name is not followed
     std::ofstream file(aside, std::ios::binary | std::ios::trunc);
     file << content;
     file.close();
     error.clear();
-    if (!file.fail()) fs::rename(aside, path, error);
+    if (!file.fail()) fs::rename(aside, FilePath(path), error);
     if (!file.fail() && !error) return true;
     fs::remove(aside, error);
     return false;

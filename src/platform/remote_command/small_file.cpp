@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include "common/files/file_path.h"
+
 namespace Vantix::remote {
 namespace {
 
@@ -15,7 +17,7 @@ constexpr std::uintmax_t kMostBytes = 4 * 1024 * 1024;
 
 std::optional<std::string> ReadSmallFile(const std::string& path) {
     std::error_code error;
-    const fs::path file(path);
+    const fs::path file = FilePath(path);
     // Reading a pipe or a device may never end.
     if (!fs::is_regular_file(fs::symlink_status(file, error))) return std::nullopt;
     const std::uintmax_t size = fs::file_size(file, error);

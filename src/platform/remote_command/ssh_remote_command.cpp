@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "common/files/file_path.h"
 #include "common/result/result_codes.h"
 #include "platform/log/log.h"
 #include "platform/remote_command/remote_summary.h"
@@ -56,17 +57,17 @@ bool Contains(const std::vector<std::string>& names, const std::string& name) {
 // The report of an earlier run is kept under another name: it may be the only one there is.
 void SetAside(const std::string& path) {
     std::error_code ignored;
-    fs::rename(path, path + ".old", ignored);
+    fs::rename(FilePath(path), FilePath(path + ".old"), ignored);
 }
 
 void Remove(const std::string& path) {
     std::error_code ignored;
-    fs::remove(path, ignored);
+    fs::remove(FilePath(path), ignored);
 }
 
 bool IsStillThere(const std::string& path) {
     std::error_code ignored;
-    return fs::is_regular_file(path, ignored);
+    return fs::is_regular_file(FilePath(path), ignored);
 }
 
 }  // namespace
@@ -293,7 +294,7 @@ std::string SshRemoteCommand::GetLocalPath(const std::string& remote_file_name) 
         last == std::string::npos ? remote_file_name : remote_file_name.substr(last + 1);
     const bool is_file_name =
         !name.empty() && name != "." && name != ".." && name.find('\0') == std::string::npos;
-    return is_file_name ? (fs::path(settings_.output_dir) / name).string() : std::string();
+    return is_file_name ? FileName(FilePath(settings_.output_dir) / FilePath(name)) : std::string();
 }
 
 // ---- shell --------------------------------------------------------------------------------------

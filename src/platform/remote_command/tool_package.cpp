@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <string_view>
 
+#include "common/files/file_path.h"
+
 namespace Vantix::remote {
 namespace {
 
@@ -30,11 +32,11 @@ ToolPackage FindToolPackage(const std::string& folder, const std::string& versio
     const std::string name = ToolPackageName(version, system, machine);
     if (name.empty()) return {{}, "The remote machine does not say what it is."};
     std::error_code error;
-    const fs::path file = fs::path(folder) / name;
+    const fs::path file = FilePath(folder) / FilePath(name);
     if (!fs::is_regular_file(file, error)) {
         return {{}, "There is no " + name + " in " + folder + "."};
     }
-    return {file.string(), {}};
+    return {FileName(file), {}};
 }
 
 }  // namespace Vantix::remote

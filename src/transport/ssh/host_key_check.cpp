@@ -3,6 +3,7 @@
 #include <fstream>
 #include <memory>
 
+#include "common/files/file_path.h"
 #include "transport/ssh/known_hosts.h"
 #include "transport/text/text_cleaning.h"
 
@@ -37,7 +38,7 @@ class HostKeyCheck {
         key_.reset(key);
         fingerprint_ = KeyFingerprint(key);
         if (link_.Target().host_key == SshHostKeyRule::kOff) return PassUnchecked();
-        std::ifstream file(file_);
+        std::ifstream file(FilePath(file_));
         const std::string name = KnownHostName(link_.Target().host, link_.Target().port);
         return Judge(FindKnownHost(file, name, key));
     }

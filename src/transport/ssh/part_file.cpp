@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "common/files/file_path.h"
 #include "transport/text/text_cleaning.h"
 
 namespace Vantix::transport {
@@ -18,7 +19,7 @@ PartFile::PartFile(std::string path, std::uint64_t max_bytes)
 PartFile::~PartFile() {
     file_.close();
     std::error_code ignored;
-    std::filesystem::remove(part_path_, ignored);
+    std::filesystem::remove(FilePath(part_path_), ignored);
 }
 
 // Removed first: a link of that name is not followed.
@@ -27,8 +28,8 @@ SshFailure PartFile::Begin() {
     file_.clear();
     size_ = 0;
     std::error_code ignored;
-    std::filesystem::remove(part_path_, ignored);
-    file_.open(part_path_, std::ios::binary | std::ios::trunc);
+    std::filesystem::remove(FilePath(part_path_), ignored);
+    file_.open(FilePath(part_path_), std::ios::binary | std::ios::trunc);
     if (file_.is_open()) return {};
     return {SshProblem::kLocalFile, "the file " + CleanText(part_path_) + " cannot be made"};
 }
@@ -46,7 +47,9 @@ SshFailure PartFile::Append(std::string_view bytes) {
 SshFailure PartFile::Commit() {
     file_.close();
     std::error_code error;
-    if (!file_.fail()) std::filesystem::rename(part_path_, path_, error);
+    if (!file_.fail()) {
+        std::filesystem::rename(FilePath(part_path_), FilePath(path_), error);
+    }
     if (!file_.fail() && !error) return {};
     return {SshProblem::kLocalFile, "the file " + CleanText(path_) + " cannot be written"};
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/files/file_path.h"
 #include "transport/text/text_cleaning.h"
 
 namespace Vantix::transport {
@@ -106,7 +107,7 @@ SshFailure ProcessTalk::Send(std::string_view bytes) {
 }
 
 SshFailure ProcessTalk::SendFile(const UploadJob& job) {
-    std::ifstream file(job.local_file, std::ios::binary);
+    std::ifstream file(FilePath(job.local_file), std::ios::binary);
     std::string block;
     for (std::uint64_t left = job.size; left > 0; left -= block.size()) {
         block.resize(static_cast<std::size_t>(std::min<std::uint64_t>(kBlock, left)));

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "common/files/file_path.h"
 #include "transport/ssh/file_transfer.h"
 #include "transport/ssh/sftp_codec.h"
 #include "transport/ssh/ssh_channel.h"
@@ -235,7 +236,7 @@ SshFailure DownloadBySftp(SshLink& link, const std::string& remote_path, PartFil
 }
 
 SshFailure UploadBySftp(SshLink& link, const UploadJob& job) {
-    std::ifstream file(job.local_file, std::ios::binary);
+    std::ifstream file(FilePath(job.local_file), std::ios::binary);
     if (!file) return LocalReadFailure(job.local_file);
     SftpTalk talk(link);
     if (auto failure = talk.Begin()) return failure;

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "common/files/file_path.h"
 #include "common/result/result_codes.h"
 #include "platform/log/log.h"
 #include "platform/remote_command/remote_command.h"
@@ -48,8 +49,9 @@ TarselResult RunRemotely(RemoteCommandInterface& remote, const std::string& comm
 
 // Without the test the reader would complain about a file that a remote run need not leave.
 TarselResult LoadReport(const std::string& path, UpdateScanReport& report) {
+    const boost::filesystem::path file(Vantix::FilePath(path).native());
     boost::system::error_code ignored;
-    if (!boost::filesystem::is_regular_file(path, ignored)) return TarselResult(SUCCEED, "");
+    if (!boost::filesystem::is_regular_file(file, ignored)) return TarselResult(SUCCEED, "");
     TarselResult result(SerializeScanReport::LoadFromXml(path, report));
     if (result != SUCCEED) {
         Vantix::Log(1, kScanLogSource, __LINE__).Stream() << "Failed to load scan xml " << path;
