@@ -18,7 +18,7 @@ struct CurlSettings {
     int port = 443;
     bool use_tls = true;
     bool verify_certificate = true;
-    std::string ca_file;      ///< empty: the system's store
+    std::string ca_file;      ///< PEM, read once; empty: the system's store
     std::string fingerprint;  ///< SHA-256 of the certificate, hexadecimal, colons allowed; when
                               ///< set it decides, chain and name are not looked at; a short key
                               ///< is refused all the same unless legacy_tls allows it

@@ -5,8 +5,11 @@
 #include <openssl/ssl.h>
 #include <openssl/x509.h>
 
+#include <array>
+#include <fstream>
 #include <memory>
 
+#include "common/files/file_path.h"
 #include "transport/http/curl_error_table.h"
 
 namespace Vantix::transport {
@@ -103,7 +106,30 @@ std::string FingerprintText(const Sha256Digest& digest) {
     return text;
 }
 
+namespace {
+
+// What libcurl takes as one block of certificates.
+constexpr std::size_t kMostCaBytes = 8'000'000;
+
+// Read here because OpenSSL would take a name in the code page of a Windows machine. Empty, where
+// no certificate can be found, when the file cannot be read or is larger than libcurl takes.
+std::string CaBytes(const std::string& file) {
+    std::ifstream stream(FilePath(file), std::ios::binary);
+    std::string bytes;
+    std::array<char, 16384> block;
+    while (bytes.size() <= kMostCaBytes && stream) {
+        stream.read(block.data(), static_cast<std::streamsize>(block.size()));
+        bytes.append(block.data(), static_cast<std::size_t>(stream.gcount()));
+    }
+    return bytes.size() > kMostCaBytes ? std::string() : bytes;
+}
+
+}  // namespace
+
 TlsTrust::TlsTrust(const CurlSettings& settings) : settings_(settings) {
+    if (settings.verify_certificate && !settings.ca_file.empty()) {
+        ca_bytes_ = CaBytes(settings.ca_file);
+    }
     if (settings.fingerprint.empty()) {
         return;
     }
@@ -137,6 +163,15 @@ void UseSystemStore([[maybe_unused]] CURL* easy) {
 #endif
 }
 
+void UseCaBytes(CURL* easy, const std::string& bytes) {
+    curl_blob blob{};
+    // Never written to; libcurl's type is for both directions.
+    blob.data = const_cast<char*>(bytes.data());
+    blob.len = bytes.size();
+    blob.flags = CURL_BLOB_NOCOPY;
+    curl_easy_setopt(easy, CURLOPT_CAINFO_BLOB, &blob);
+}
+
 }  // namespace
 
 void TlsTrust::ApplyTrust(CURL* easy) const {
@@ -150,7 +185,8 @@ void TlsTrust::ApplyTrust(CURL* easy) const {
     // A CA file replaces the system's store, it does not add to it; and a store that nobody asks is
     // not loaded at all (24 ms).
     curl_easy_setopt(easy, CURLOPT_CAPATH, nullptr);
-    curl_easy_setopt(easy, CURLOPT_CAINFO, check_chain ? settings_.ca_file.c_str() : nullptr);
+    curl_easy_setopt(easy, CURLOPT_CAINFO, nullptr);
+    if (check_chain) UseCaBytes(easy, ca_bytes_);
 }
 
 bool TlsTrust::IsWanted(const std::uint8_t* certificate, std::size_t size) {

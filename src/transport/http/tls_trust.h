@@ -52,6 +52,7 @@ class TlsTrust {
     void ApplyTrust(CURL* easy) const;
 
     CurlSettings settings_;
+    std::string ca_bytes_;  // of the CA file, read once
     std::optional<Sha256Digest> pin_;
     std::string seen_fingerprint_;  // of the last certificate that was refused
     std::string setup_error_;

@@ -5,9 +5,13 @@
 #include <openssl/rsa.h>
 #include <openssl/x509v3.h>
 
+#include <filesystem>
+#include <fstream>
 #include <memory>
 
+#include "common/files/file_path.h"
 #include "integration/transport/http/http_client.h"
+#include "support/temporary_folder.h"
 
 namespace Vantix::transport {
 namespace {
@@ -55,6 +59,31 @@ TEST(TlsTrustTest, MissingCaFileIsNamed) {
     const HttpOutcome outcome = AskOnce(settings, GetAs(kRoot, "demo", "geheim"));
     EXPECT_EQ(outcome.error.kind, HttpErrorKind::kUntrusted);
     EXPECT_EQ(outcome.error.text, "no certificates can be read from the CA file '/no/such/ca.pem'");
+    ExpectNothingSent(bmc);
+}
+
+TEST(TlsTrustTest, CaFileMayHaveAnyName) {
+    const BmcSimulator bmc(SmallBmc());
+    const test_support::TemporaryFolder folder;
+    CurlSettings settings = SettingsFor(bmc);
+    settings.ca_file = folder.Path("ca \xC3\xBC\xE4\xB8\xAD.pem");
+    std::ofstream(FilePath(settings.ca_file), std::ios::binary)
+        << test_support::TemporaryFolder::ReadFile(bmc.CaFile());
+    EXPECT_EQ(AskOnce(settings, Get(kRoot)).response.status, 200);
+}
+
+TEST(TlsTrustTest, CaFileWithoutCertificatesIsNamed) {
+    const BmcSimulator bmc(SmallBmc());
+    const test_support::TemporaryFolder folder;
+    CurlSettings settings = SettingsFor(bmc);
+    for (const std::string& text :
+         {std::string(), std::string("no certificate\n"), std::string(8'000'001, '\n')}) {
+        settings.ca_file = folder.Write("empty.pem", text);
+        const HttpOutcome outcome = AskOnce(settings, GetAs(kRoot, "demo", "geheim"));
+        EXPECT_EQ(outcome.error.kind, HttpErrorKind::kUntrusted);
+        EXPECT_EQ(outcome.error.text,
+                  "no certificates can be read from the CA file '" + settings.ca_file + "'");
+    }
     ExpectNothingSent(bmc);
 }
 
