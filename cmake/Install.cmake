@@ -1,6 +1,7 @@
-# bin/tarsel, lib/libupdate_scan_service.so, the public headers, and a CMake package:
-# find_package(tarsel) gives tarsel::update_scan_service. The system lists beside the library are
-# installed by the platform family that reads them.
+# bin/tarsel, lib/libupdate_scan_service.so (on Windows bin/update_scan_service.dll and its import
+# library in lib), the public headers, licences, and a CMake package: find_package(tarsel) gives
+# tarsel::update_scan_service. The system lists beside the library are installed by the platform
+# family that reads them.
 include(CMakePackageConfigHelpers)
 
 # Headers a front end names itself. What these include is installed with them.
@@ -69,3 +70,17 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/tarselConfigVersion.cmak
 install(FILES "${PROJECT_BINARY_DIR}/tarselConfig.cmake"
               "${PROJECT_BINARY_DIR}/tarselConfigVersion.cmake"
     DESTINATION "${CMAKE_INSTALL_LIBDIR}/cmake/tarsel")
+
+# What of others is inside the library must be told with it: everything, where it is linked
+# statically.
+install(FILES LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+if(MINGW AND CMAKE_CROSSCOMPILING)
+    set(tarsel_licence_folder "${CMAKE_INSTALL_DOCDIR}/licences")
+    install(DIRECTORY "${TARSEL_WINDOWS_DEPS}/licences/" DESTINATION "${tarsel_licence_folder}")
+    # Headers that are compiled in, and the compiler's run-time libraries.
+    foreach(package
+            libcli11-dev libfmt-dev libspdlog-dev gcc-mingw-w64-base mingw-w64-x86-64-dev)
+        install(FILES "/usr/share/doc/${package}/copyright"
+            DESTINATION "${tarsel_licence_folder}" RENAME "${package}")
+    endforeach()
+endif()
