@@ -4,6 +4,9 @@ add_library(tarsel_build_settings INTERFACE)
 
 if(MSVC)
     target_compile_options(tarsel_build_settings INTERFACE /W4 /utf-8 /EHsc /permissive- /Zc:__cplusplus /wd4251)
+    # Those of the MinGW toolchain file.
+    target_compile_definitions(tarsel_build_settings INTERFACE
+        NOMINMAX=1 WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
     if(TARSEL_WARNINGS_AS_ERRORS)
         target_compile_options(tarsel_build_settings INTERFACE /WX)
     endif()
