@@ -18,6 +18,7 @@ TARSEL_TEST_PACKAGES=(
     ipmitool openipmi
     openssh-server openssh-client libnss-wrapper
     qemu-system-x86 cpio kmod
+    dpkg-dev
 )
 
 # On top of the build packages for bench/run.sh.
@@ -31,6 +32,7 @@ TARSEL_WINDOWS_PACKAGES=(
     g++-mingw-w64-x86-64-posix wine64 libgnutls30 googletest dpkg-dev make perl xz-utils
 )
 
+packages_turn_folder=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)/build
 TARSEL_APT_OPTIONS=(-y -q --no-install-recommends --no-remove -o DPkg::Lock::Timeout=900
     -o Acquire::Retries=3)
 
@@ -49,21 +51,18 @@ package_lists_present() {
 refresh_package_lists() {
     say "reading the package lists"
     as_root env DEBIAN_FRONTEND=noninteractive apt-get update -q \
-        -o DPkg::Lock::Timeout=900 -o Acquire::Retries=3 >&2 </dev/null ||
+        -o DPkg::Lock::Timeout=900 -o Acquire::Retries=3 >&2 </dev/null 7>&- ||
         die "apt-get update failed; check the network and the package sources of this machine"
 }
 
+# A service that a package starts must not inherit the lock of install_packages.
 apt_install() {
     as_root env DEBIAN_FRONTEND=noninteractive \
-        apt-get "${TARSEL_APT_OPTIONS[@]}" install "$@" >&2 </dev/null
+        apt-get "${TARSEL_APT_OPTIONS[@]}" install "$@" >&2 </dev/null 7>&-
 }
 
-# install_packages NAME... : installs what is not there yet; removes nothing.
-install_packages() {
+install_missing() {
     local missing
-    command -v apt-get >/dev/null 2>&1 ||
-        die "this script installs packages with apt-get and knows Debian 12 only;" \
-            "install the packages of scripts/packages.sh by other means and build with CMake"
     mapfile -t missing < <(missing_packages "$@")
     if [ "${#missing[@]}" -eq 0 ]; then
         say "all needed packages are installed"
@@ -77,4 +76,17 @@ install_packages() {
     apt_install "${missing[@]}" ||
         die "these packages could not be installed: ${missing[*]}" \
             "(an installed libboost-dev conflicts with Boost 1.81: remove it first)"
+}
+
+# install_packages NAME... : installs what is not there yet; removes nothing. Scripts that run at the
+# same time take turns, because apt does not wait for its lock on the package lists.
+install_packages() {
+    command -v apt-get >/dev/null 2>&1 ||
+        die "this script installs packages with apt-get and knows Debian 12 only;" \
+            "install the packages of scripts/packages.sh by other means and build with CMake"
+    mkdir -p "$packages_turn_folder"
+    (
+        flock 7
+        install_missing "$@"
+    ) 7>"$packages_turn_folder/packages.lock"
 }

@@ -8,49 +8,7 @@ set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
 . scripts/common.sh
 . scripts/packages.sh
-
-summaries=()
-closing_lines=()
-
-stage() {
-    local name=$1 started=$SECONDS
-    shift
-    say "stage: $name"
-    if ! "$@"; then
-        say "FAILED in stage: $name (command: $*)"
-        exit 1
-    fi
-    summaries+=("$(printf '%-28s %4d s' "$name" $((SECONDS - started)))")
-}
-
-configure() {
-    local launcher
-    mapfile -t launcher < <(compiler_launcher)
-    cmake --preset "$1" "${launcher[@]}"
-}
-
-build() { cmake --build --preset "$1" --parallel "$(parallel_jobs)"; }
-
-# One line for the tests that failed once, whatever they did then.
-second_tries() {
-    local names
-    names=$(sed -nE 's/^ *[0-9]+\/[0-9]+ Test +#[0-9]+: ([^ ]+) .*\*\*\*(Failed|Timeout|Exception).*/\1/p;
-        s/^ +Test +#[0-9]+: ([^ ]+) .*\*\*\*(Failed|Timeout|Exception).*/\1/p' "$1" | sort -u)
-    [ -z "$names" ] || echo "failed at the first try: $(echo "$names" | tr '\n' ' ')"
-}
-
-# Keeps CTest's closing lines for the end of the run.
-run_tests() {
-    local log="build/$1/ctest.log" status
-    # Many tests wait for a peer that stays silent: more of them at once keep the cores busy. Tests
-    # with real processes may meet a machine that is too busy: each has a second try, told below.
-    ctest --preset "$1" --parallel "$(( $(nproc) * 4 ))" --repeat until-pass:2 2>&1 | tee "$log"
-    status=$?
-    closing_lines+=("$(second_tries "$log")")
-    grep -qE '^100% tests passed, 0 tests failed out of [1-9]' "$log" || status=1
-    closing_lines+=("$(grep -E 'tests passed' "$log")")
-    return "$status"
-}
+. scripts/stages.sh
 
 # Without them one test skips and says so; a machine without network can do the rest.
 fetch_guest_files() {
@@ -58,7 +16,7 @@ fetch_guest_files() {
 }
 
 main() {
-    local line preset
+    local preset
     stage "packages" install_packages "${TARSEL_BUILD_PACKAGES[@]}" "${TARSEL_TEST_PACKAGES[@]}"
     stage "source checks" scripts/check.sh
     stage "guest files" fetch_guest_files
@@ -67,9 +25,7 @@ main() {
         stage "$preset: build" build "$preset"
         stage "$preset: tests" run_tests "$preset"
     done
-    say "all stages passed, $SECONDS s in all"
-    for line in "${summaries[@]}"; do say "  $line"; done
-    for line in "${closing_lines[@]}"; do [ -z "$line" ] || printf '%s\n' "$line"; done
+    tell_stages
 }
 
 main
