@@ -24,10 +24,18 @@ if(WIN32)
 else()
     set(CPACK_GENERATOR TGZ DEB)
     set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+    set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
     set(CPACK_DEBIAN_PACKAGE_SECTION admin)
     # Needs dpkg-shlibdeps; the shared library also brings the trigger for the loader's cache.
     set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
     set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+    # The system lists are for administrators to edit: an upgrade must not undo that.
+    file(GLOB system_lists RELATIVE "${PROJECT_SOURCE_DIR}/src/platform/system_check/lists"
+        "${PROJECT_SOURCE_DIR}/src/platform/system_check/lists/*.txt")
+    list(TRANSFORM system_lists PREPEND "/usr/${CMAKE_INSTALL_LIBDIR}/")
+    list(JOIN system_lists "\n" system_lists)
+    file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/debian/conffiles" CONTENT "${system_lists}\n" @ONLY)
+    set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${PROJECT_BINARY_DIR}/debian/conffiles")
     # Found at run time, or by who compiles with the headers.
     set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "ca-certificates, pci.ids")
     set(CPACK_DEBIAN_PACKAGE_SUGGESTS "ipmitool, libboost1.81-dev")

@@ -32,6 +32,8 @@ check_debian_fields() {
     for library in libc6 libcurl4 libssl3 libssh-4; do
         [[ $depends == *"$library"* ]] || die "${1##*/} does not depend on $library: $depends"
     done
+    [ "$(dpkg-deb -I "$1" conffiles | grep -c '_systems_list.txt$')" -eq 6 ] ||
+        die "an upgrade to ${1##*/} would undo edits of the system lists"
     [ "$(dpkg-deb -f "$1" Version)" = "$version" ] || die "${1##*/} has another version"
 }
 
