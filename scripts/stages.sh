@@ -14,10 +14,11 @@ stage() {
     summaries+=("$(printf '%-28s %4d s' "$name" $((SECONDS - started)))")
 }
 
+# configure PRESET CMAKE_OPTION...
 configure() {
     local launcher
     mapfile -t launcher < <(compiler_launcher)
-    cmake --preset "$1" "${launcher[@]}"
+    cmake --preset "$1" "${launcher[@]}" "${@:2}"
 }
 
 build() { cmake --build --preset "$1" --parallel "$(parallel_jobs)"; }
