@@ -1,19 +1,15 @@
 // What the kernel's attributes say of one PCI device.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/pci/pci_address.h"
-#include "platform/pci/pci_names.h"
+#include "platform/pci/pci_ids.h"
 #include "transport/sysroot/system_root.h"
 
 namespace Vantix::pci {
-
-/// No device has this class code.
-inline constexpr std::uint32_t kNoClass = 0xFFFFFFFF;
 
 struct PciDevice {
     PciAddress address;

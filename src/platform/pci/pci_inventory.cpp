@@ -1,7 +1,6 @@
 #include "platform/pci/pci_inventory.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -10,6 +9,7 @@
 
 #include "platform/log/log.h"
 #include "platform/pci/pci_device.h"
+#include "platform/pci/pci_ids.h"
 #include "platform/pci/pci_names.h"
 #include "platform/pci/pci_slots.h"
 #include "platform/pci/vpd.h"
@@ -28,13 +28,6 @@ struct Found {
     PciDevice device;
     std::string version;
 };
-
-std::string FourDigits(std::uint32_t number) {
-    char letters[8] = {};
-    const char* end = std::to_chars(letters, letters + sizeof(letters), number, 16).ptr;
-    const std::string text(letters, static_cast<std::size_t>(end - letters));
-    return std::string(4 - std::min<std::size_t>(text.size(), 4), '0') + text;
-}
 
 PciNames ReadNames(const SystemRoot& root, const std::vector<Found>& found) {
     std::vector<PciIds> wanted;
@@ -84,8 +77,8 @@ PciInfo RecordOf(const Found& found, const PciNames& names, const PciSlots& slot
     record.ShortName = names.Device(ids);
     record.Label2 = FirstOf({device.label, names.Vendor(ids), device.address.Text()});
     record.Label3 = FirstOf({names.Class(ids), "PCI device"});
-    record.IdPart1 = FourDigits(ids.vendor) + FourDigits(ids.device);
-    record.IdPart2 = FourDigits(ids.subsystem_vendor) + FourDigits(ids.subsystem_device);
+    record.IdPart1 = DeviceIdText(ids);
+    record.IdPart2 = SubsystemIdText(ids);
     record.Description = DescriptionOf(names, ids);
     record.Slot = slots.SlotOf(device);
     record.Version = found.version;
@@ -109,9 +102,7 @@ std::vector<Found> FindDevices(const PciHost& host, const std::optional<PciAddre
 
 // The functions of one card share its product data.
 std::string CardOf(const PciDevice& device) {
-    return device.address.DeviceText() + FourDigits(device.ids.vendor) +
-           FourDigits(device.ids.device) + FourDigits(device.ids.subsystem_vendor) +
-           FourDigits(device.ids.subsystem_device);
+    return device.address.DeviceText() + DeviceIdText(device.ids) + SubsystemIdText(device.ids);
 }
 
 bool HasVpd(const PciDevice& device) {

@@ -12,15 +12,9 @@
 #include <tuple>
 #include <vector>
 
-namespace Vantix::pci {
+#include "platform/pci/pci_ids.h"
 
-struct PciIds {
-    std::uint32_t vendor = 0;
-    std::uint32_t device = 0;
-    std::uint32_t subsystem_vendor = 0;  ///< 0: none told
-    std::uint32_t subsystem_device = 0;
-    std::uint32_t class_code = 0;  ///< base class, subclass, programming interface: 0x020000
-};
+namespace Vantix::pci {
 
 class PciNames {
   public:

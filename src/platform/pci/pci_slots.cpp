@@ -86,6 +86,11 @@ void PciSlots::AddIfUnknown(const transport::SmbiosSlot& slot) {
     if (known.empty()) known = number;
 }
 
+void PciSlots::Set(const PciAddress& address, std::uint32_t number) {
+    constexpr std::uint32_t kNone = 0xFFFFFFFF;
+    if (number != 0 && number != kNone) slots_[address.DeviceText()] = std::to_string(number);
+}
+
 const std::string* PciSlots::Find(const PciAddress& address) const {
     for (const std::string& key : {address.DeviceText(), address.BusText()}) {
         const auto slot = slots_.find(key);

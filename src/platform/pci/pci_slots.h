@@ -3,6 +3,7 @@
 // Deliberately not here: how a slot number is written in a report.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <string>
 #include <string_view>
@@ -19,6 +20,10 @@ class PciSlots {
     /// SMBIOS table. Slots without a number of their own ("0", and "0-1", which is the kernel's
     /// second "0") are none.
     explicit PciSlots(const transport::SystemRoot& root);
+
+    /// What a system that has no such files says of the slot at an address; 0 and numbers that
+    /// stand for none change nothing.
+    void Set(const PciAddress& address, std::uint32_t number);
 
     /// The slot of the device itself or of the nearest device above it, so that all functions of a
     /// card and what sits behind a bridge on it share its slot. A device of the board, a host's

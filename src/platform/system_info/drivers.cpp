@@ -9,9 +9,11 @@
 #include "common/result/result_codes.h"
 #include "platform/connection/connection.h"
 #include "platform/local/local_host.h"
+#include "platform/local/present_devices.h"
 #include "platform/log/log.h"
 #include "platform/system_info/driver_links.h"
 #include "platform/system_info/driver_texts.h"
+#include "platform/system_info/present_drivers.h"
 #include "platform/system_info/system_info.h"
 #include "transport/text/text_cleaning.h"
 
@@ -69,10 +71,30 @@ std::vector<DriverData> Records(const SystemRoot& root, const DriverLinks& links
             source_version);
         AppendRecords(record, use, records);
     }
-    std::sort(records.begin(), records.end(), [](const DriverData& left, const DriverData& right) {
-        return NaturalLess(left.Identifier, right.Identifier);
-    });
     return records;
+}
+
+struct Survey {
+    const char* source;
+    bool is_read = false;
+    std::vector<DriverData> drivers;
+    std::vector<DriverlessDevice> driverless;
+};
+
+Survey ReadFiles(const SystemRoot& root) {
+    DriverLinks links = ReadDriverLinks(root);
+    Survey survey{"/sys/bus", links.has_buses, {}, std::move(links.driverless)};
+    if (survey.is_read) survey.drivers = Records(root, links);
+    return survey;
+}
+
+// Where the system lists its devices by calls, there is always one.
+Survey ReadSystem(const SystemRoot& root) {
+    if (!root.IsThisMachine()) return ReadFiles(root);
+    const auto devices = Vantix::local::PresentDevices();
+    if (!devices) return ReadFiles(root);
+    PresentDrivers found = DriversOf(*devices);
+    return {"SetupAPI", !devices->empty(), std::move(found.drivers), std::move(found.driverless)};
 }
 
 void Report(SourceState state, std::size_t count, std::string detail) {
@@ -88,15 +110,20 @@ void Report(SourceState state, std::size_t count, std::string detail) {
 
 int SystemInfoScan::GetDriverData(std::vector<DriverData>& drivers) {
     const auto root = Vantix::local::HostRoot();
-    const DriverLinks links = ReadDriverLinks(*root);
-    if (!links.has_buses) {
-        Vantix::Log(1, kLogSource, __LINE__).Stream() << "/sys/bus cannot be read";
-        Report(SourceState::kFailed, 0, "This system shows no devices (/sys/bus).");
+    Survey survey = ReadSystem(*root);
+    if (!survey.is_read) {
+        Vantix::Log(1, kLogSource, __LINE__).Stream() << survey.source << " cannot be read";
+        Report(SourceState::kFailed, 0,
+               std::string("This system shows no devices (") + survey.source + ").");
         Vantix::local::ReportDenied(*root);
         return READ_FILE_FAILED;
     }
-    std::vector<DriverData> records = Records(*root, links);
-    const std::vector<DriverData> missing = MissingDrivers(links.driverless);
+    std::vector<DriverData>& records = survey.drivers;
+    std::stable_sort(records.begin(), records.end(),
+                     [](const DriverData& left, const DriverData& right) {
+                         return NaturalLess(left.Identifier, right.Identifier);
+                     });
+    const std::vector<DriverData> missing = MissingDrivers(survey.driverless);
     Vantix::Log(3, kLogSource, __LINE__).Stream()
         << records.size() << " drivers, " << missing.size() << " kinds of devices without driver";
     Report(SourceState::kComplete, records.size() + missing.size(), {});

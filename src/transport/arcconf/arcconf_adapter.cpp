@@ -5,6 +5,7 @@
 
 #include "transport/arcconf/arcconf_lines.h"
 #include "transport/arcconf/arcconf_output.h"
+#include "transport/text/ascii_case.h"
 
 namespace Vantix::transport {
 namespace {

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 
+#include "transport/text/ascii_case.h"
 #include "transport/text/text_cleaning.h"
 
 namespace Vantix::transport {
@@ -44,14 +45,6 @@ void Split(const std::string& text, ArcconfLine& line) {
 }
 
 }  // namespace
-
-std::string AsciiLowerText(std::string_view text) {
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-    });
-    return lower;
-}
 
 std::optional<int> LeadingNumber(std::string_view text) {
     int number = 0;

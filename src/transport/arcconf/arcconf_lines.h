@@ -40,8 +40,6 @@ class ArcconfLines {
     Title title_ = Title::kNone;
 };
 
-[[nodiscard]] std::string AsciiLowerText(std::string_view text);
-
 /// The decimal number that `text` begins with; nothing when there is none.
 [[nodiscard]] std::optional<int> LeadingNumber(std::string_view text);
 

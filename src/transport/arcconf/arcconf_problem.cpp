@@ -6,6 +6,7 @@
 
 #include "transport/arcconf/arcconf_lines.h"
 #include "transport/arcconf/arcconf_output.h"
+#include "transport/text/ascii_case.h"
 #include "transport/text/text_cleaning.h"
 
 namespace Vantix::transport {

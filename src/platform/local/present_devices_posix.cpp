@@ -1,0 +1,10 @@
+#include "platform/local/present_devices.h"
+
+namespace Vantix::local {
+
+// The kernel shows its devices as files.
+std::optional<std::vector<PresentDevice>> PresentDevices() {
+    return std::nullopt;
+}
+
+}  // namespace Vantix::local

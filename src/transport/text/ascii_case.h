@@ -1,0 +1,21 @@
+// Letter case of ASCII texts, without the locale: the C library's conversions follow it and are
+// undefined for negative characters.
+//
+// Deliberately not here: other alphabets. Letters outside ASCII stay as they are.
+#pragma once
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+namespace Vantix::transport {
+
+[[nodiscard]] inline std::string AsciiLowerText(std::string_view text) {
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    return lower;
+}
+
+}  // namespace Vantix::transport
