@@ -7,6 +7,8 @@
 #include <sstream>
 #include <string>
 
+#include "common/files/file_path.h"
+
 namespace test_support {
 
 class TemporaryFolder {
@@ -26,13 +28,12 @@ class TemporaryFolder {
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     [[nodiscard]] std::string Path(const std::string& name) const {
-        return (path_ / name).string();
+        return Vantix::FileName(path_) + "/" + name;
     }
 
     /// Writes a file and returns its full path.
     std::string Write(const std::string& name, const std::string& content) const {
-        std::ofstream file(path_ / name, std::ios::binary);
-        file << content;
+        std::ofstream(Vantix::FilePath(Path(name)), std::ios::binary) << content;
         return Path(name);
     }
 
@@ -41,7 +42,7 @@ class TemporaryFolder {
     /// Empty when there is no such file, also when it goes while it is read, as those of processes
     /// do.
     static std::string ReadFile(const std::string& path) {
-        std::ifstream file(path, std::ios::binary);
+        std::ifstream file(Vantix::FilePath(path), std::ios::binary);
         std::ostringstream content;
         content << file.rdbuf();
         return content.str();

@@ -2,13 +2,29 @@
 // forbidden is forbidden also where tests run as root.
 #pragma once
 
+#include <string>
+
+#ifdef _WIN32
+#include "support/skip_test.h"
+
+namespace test_support {
+
+class UnprivilegedUser {
+  public:
+    explicit UnprivilegedUser(const std::string&) {
+        SkipTest("a program of Windows cannot give up the rights of its user for a while");
+    }
+    ~UnprivilegedUser() {}  // so that an object of it is no unused variable
+};
+
+}  // namespace test_support
+#else
 #include <sys/types.h>
 #include <unistd.h>
 
 #include <exception>
 #include <filesystem>
 #include <stdexcept>
-#include <string>
 
 namespace test_support {
 
@@ -46,3 +62,4 @@ class UnprivilegedUser {
 };
 
 }  // namespace test_support
+#endif

@@ -59,8 +59,10 @@ std::wstring Variable(const wchar_t* name) {
 
 // "NAME=value" texts, each ended by a NUL, and one more NUL.
 std::wstring EnvironmentOf(const Command& command) {
-    std::wstring block = L"LC_ALL=C";
-    block += L'\0';
+    std::wstring block;
+    for (const wchar_t* setting : {L"LC_ALL=C", L"LANGUAGE=C", L"TZ=UTC0"}) {
+        block += std::wstring(setting) + L'\0';
+    }
     for (const wchar_t* name : {L"PATH", L"SystemRoot", L"TEMP", L"TMP", L"USERPROFILE"}) {
         const std::wstring value = Variable(name);
         if (!value.empty()) block += std::wstring(name) + L'=' + value + L'\0';

@@ -1,5 +1,5 @@
 // A text that a started program reads as a file: in the user's own temporary folder, closed to all
-// others, gone with the object.
+// others, not to be changed while the object lives, gone with it.
 #pragma once
 
 #include <string>
@@ -21,6 +21,7 @@ class PassedTextFile {
 
   private:
     std::wstring path_;
+    OwnedHandle reading_;  ///< shared with readers alone: nobody else opens the file for writing
 };
 
 }  // namespace Vantix::transport

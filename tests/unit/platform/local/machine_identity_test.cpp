@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -37,10 +36,6 @@ std::string SerialOf(const SystemTree& tree) {
 
 std::string VersionOf(const SystemTree& tree) {
     return ReadFirmwareVersion(SystemRoot(tree.Root()));
-}
-
-void Forbid(const SystemTree& tree, const std::string& path) {
-    ASSERT_EQ(::chmod((tree.Root() + path).c_str(), 0000), 0);
 }
 
 TEST(MachineIdentityTest, ProductNameIsTheMachineType) {
@@ -119,8 +114,8 @@ TEST(MachineIdentityTest, ForbiddenSerialCostsOnlyItself) {
     for (const char* name : {"product_name", "product_serial", "board_serial", "bios_version"}) {
         tree.File(kId + name, "EX-1\n");
     }
-    Forbid(tree, kId + "product_serial");
-    Forbid(tree, kId + "board_serial");
+    tree.Forbid(kId + "product_serial");
+    tree.Forbid(kId + "board_serial");
     const UnprivilegedUser user(tree.Root());
     const SystemRoot root(tree.Root());
     const auto identity = ReadMachineIdentity(root);
@@ -136,7 +131,7 @@ TEST(MachineIdentityTest, TableIsNotTriedForWhatIsKnown) {
     tree.File(kTable, AnSmbiosTable().Bytes());
     tree.File(kId + "product_name", "Rack 1\n").File(kId + "product_serial", "SER12345\n");
     tree.File(kId + "bios_version", "EX1.02\n");
-    Forbid(tree, kTable);
+    tree.Forbid(kTable);
     const UnprivilegedUser user(tree.Root());
     const SystemRoot root(tree.Root());
     EXPECT_EQ(ReadMachineIdentity(root).machine_type, "Rack 1");

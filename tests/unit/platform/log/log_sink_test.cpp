@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include "platform/log/log_record.h"
 #include "platform/log/log_settings.h"
@@ -29,11 +28,6 @@ class LogSinkTest : public testing::Test {
         ASSERT_THAT(ConfigureLog(settings), IsEmpty());
     }
 
-    [[nodiscard]] mode_t ModeOf(const std::string& name) const {
-        struct stat status {};
-        return stat(folder_.Path(name).c_str(), &status) == 0 ? status.st_mode & 07777U : 0;
-    }
-
     TemporaryFolder folder_;
 };
 
@@ -55,19 +49,6 @@ TEST_F(LogSinkTest, LevelsBeyondTheChosenOneAreLeftOut) {
     EXPECT_THAT(folder_.Read("test.log"), IsEmpty());
 }
 
-TEST_F(LogSinkTest, FileIsForItsOwnerOnly) {
-    Configure(3);
-    EXPECT_EQ(ModeOf("test.log"), 0600U);
-}
-
-TEST_F(LogSinkTest, ExistingFileLosesItsOpenMode) {
-    ASSERT_EQ(chmod(folder_.Write("test.log", "old\n").c_str(), 0644), 0);
-    Configure(3);
-    WriteLogRecord(1, "source", 1, "new");
-    EXPECT_EQ(ModeOf("test.log"), 0600U);
-    EXPECT_THAT(folder_.Read("test.log"), testing::StartsWith("old\n"));
-}
-
 TEST_F(LogSinkTest, FullFileIsRotatedAndTheOldestDropped) {
     Configure(3, 1024);
     for (int i = 0; i < 40; ++i) WriteLogRecord(1, "source", i, std::string(200, 'x'));
@@ -75,13 +56,6 @@ TEST_F(LogSinkTest, FullFileIsRotatedAndTheOldestDropped) {
     EXPECT_THAT(folder_.Read("test.2.log"), Not(IsEmpty()));
     EXPECT_THAT(folder_.Read("test.3.log"), IsEmpty());
     EXPECT_LE(folder_.Read("test.log").size(), 1024U);
-}
-
-TEST_F(LogSinkTest, RotatedFilesAreForTheirOwnerOnly) {
-    Configure(3, 1024);
-    for (int i = 0; i < 40; ++i) WriteLogRecord(1, "source", i, std::string(200, 'x'));
-    EXPECT_EQ(ModeOf("test.log"), 0600U);
-    EXPECT_EQ(ModeOf("test.1.log"), 0600U);
 }
 
 TEST_F(LogSinkTest, SecretsAreMaskedInTheFile) {
@@ -127,13 +101,6 @@ TEST_F(LogSinkTest, ConsoleStillWorksWhenTheFileDoesNot) {
     EXPECT_THAT(ConfigureLog(settings), Not(IsEmpty()));
     WriteLogRecord(2, "source", 1, "still here");
     EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("still here"));
-}
-
-TEST_F(LogSinkTest, FullDiskIsSurvived) {
-    LogSettings settings;
-    settings.file = "/dev/full";
-    static_cast<void>(ConfigureLog(settings));
-    EXPECT_NO_THROW(WriteLogRecord(1, "source", 1, "lost"));
 }
 
 TEST_F(LogSinkTest, NothingIsWrittenAfterShutdown) {

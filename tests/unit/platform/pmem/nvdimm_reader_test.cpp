@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include "support/smbios_builder.h"
 #include "support/system_tree.h"
@@ -147,7 +146,7 @@ TEST_F(NvdimmReaderTest, CircularAndDanglingEntriesAreNoModules) {
 TEST_F(NvdimmReaderTest, TableForRootOnlyIsListedAsDenied) {
     Module();
     tree_.File(kTable, AnSmbiosTable().Add(MemoryDevice(0x1100)).Bytes());
-    ASSERT_EQ(::chmod((tree_.Root() + kTable).c_str(), 0), 0);
+    tree_.Forbid(kTable);
     const test_support::UnprivilegedUser user(tree_.Root());
     const SystemRoot root(tree_.Root());
     EXPECT_EQ(ReadNvdimms(root)[0].VersionString, "");
@@ -157,7 +156,7 @@ TEST_F(NvdimmReaderTest, TableForRootOnlyIsListedAsDenied) {
 TEST_F(NvdimmReaderTest, MachineWithoutModulesHasNoneAndItsTableStaysUnread) {
     tree_.Folder("/sys/bus/nd/devices");
     tree_.File(kTable, "x");
-    ASSERT_EQ(::chmod((tree_.Root() + kTable).c_str(), 0), 0);
+    tree_.Forbid(kTable);
     const test_support::UnprivilegedUser user(tree_.Root());
     const SystemRoot root(tree_.Root());
     EXPECT_THAT(ReadNvdimms(root), IsEmpty());

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "support/file_kinds.h"
 #include "support/temporary_folder.h"
 
 namespace Vantix::remote {
@@ -108,7 +109,7 @@ TEST(ScanFileCleaningTest, ExcessiveFileStaysAsItWas) {
 TEST(ScanFileCleaningTest, LinkOfTheTemporaryNameIsNotFollowed) {
     const test_support::TemporaryFolder folder;
     const std::string other = folder.Write("other", "precious");
-    std::filesystem::create_symlink(other, folder.Path("scan.xml.clean"));
+    test_support::MakeLink(other, folder.Path("scan.xml.clean"));
     const std::string path = folder.Write("scan.xml", "<A>\x1B</A>");
     EXPECT_EQ(CleanScanFile(path), ScanFileState::kClean);
     EXPECT_EQ(folder.Read("scan.xml"), "<A> </A>");

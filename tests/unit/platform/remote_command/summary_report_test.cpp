@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/remote_command/remote_command.h"
+#include "support/file_kinds.h"
 #include "support/temporary_folder.h"
 #include "tarsel/common_result.h"
 
@@ -145,7 +146,7 @@ TEST_F(SummaryReportTest, FolderIsRefused) {
 
 TEST_F(SummaryReportTest, SymbolicLinkIsRefused) {
     folder_.Write("real.xml", WithCode("0"));
-    std::filesystem::create_symlink(folder_.Path("real.xml"), folder_.Path("link.xml"));
+    test_support::MakeLink(folder_.Path("real.xml"), folder_.Path("link.xml"));
     EXPECT_FALSE(ExtractFrom(folder_.Path("link.xml")).is_read);
 }
 

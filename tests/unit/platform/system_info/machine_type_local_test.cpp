@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <string>
 #include <utility>
@@ -56,7 +55,7 @@ TEST(LocalMachineTypeTest, ForbiddenSerialStandsInTheSummary) {
     SystemTree tree;
     tree.File(kId + "product_name", "Rack 1\n").File(kId + "product_serial", "SER12345\n");
     tree.File(kId + "board_serial", "BRD12345\n");
-    ASSERT_EQ(::chmod((tree.Root() + kId + "product_serial").c_str(), 0000), 0);
+    tree.Forbid(kId + "product_serial");
     const test_support::UnprivilegedUser user(tree.Root());
     const LocalRun run(tree);
     std::pair<std::string, std::string> mt_sn;

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 
+#include "support/file_kinds.h"
 #include "support/temporary_folder.h"
 
 namespace Vantix::transport {
@@ -82,7 +83,7 @@ TEST_F(PartFileTest, FolderThatIsNotThereIsALocalProblem) {
 
 TEST_F(PartFileTest, LinkOfThePartsNameIsNotFollowed) {
     folder_.Write("victim", "precious");
-    std::filesystem::create_symlink(folder_.Path("victim"), folder_.Path("data.part"));
+    test_support::MakeLink(folder_.Path("victim"), folder_.Path("data.part"));
     PartFile file(folder_.Path("data"), 100);
     ASSERT_FALSE(file.Begin());
     ASSERT_FALSE(file.Append("new"));
@@ -93,7 +94,7 @@ TEST_F(PartFileTest, LinkOfThePartsNameIsNotFollowed) {
 
 TEST_F(PartFileTest, LinkOfTheFilesNameIsReplacedNotFollowed) {
     folder_.Write("victim", "precious");
-    std::filesystem::create_symlink(folder_.Path("victim"), folder_.Path("data"));
+    test_support::MakeLink(folder_.Path("victim"), folder_.Path("data"));
     PartFile file(folder_.Path("data"), 100);
     ASSERT_FALSE(file.Begin());
     ASSERT_FALSE(file.Append("new"));

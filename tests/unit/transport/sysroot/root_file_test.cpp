@@ -1,7 +1,6 @@
 #include "transport/sysroot/root_file.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <cstdint>
 
@@ -44,7 +43,7 @@ TEST(RootFileTest, MissingFileAndFolderAreNotOpened) {
 TEST(RootFileTest, PipeIsNotWaitedFor) {
     SystemTree tree;
     tree.Folder("/folder");
-    ASSERT_EQ(::mkfifo((tree.Root() + "/folder/pipe").c_str(), 0600), 0);
+    tree.Pipe("/folder/pipe");
     const SystemRoot root(tree.Root());
     EXPECT_FALSE(RootFile(root, "/folder/pipe").IsOpen());
 }

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <string>
 #include <vector>
@@ -140,7 +139,7 @@ TEST_F(InbandAddressTest, MissingAddressIsSaidOnceAlsoWhereAnotherFailureIsRepor
 
 TEST_F(InbandAddressTest, ForbiddenTableAsksForRoot) {
     Table(AnSmbiosTable().HostInterface(At(kLoopback)));
-    ASSERT_EQ(::chmod((tree_.Root() + kTable).c_str(), 0000), 0);
+    tree_.Forbid(kTable);
     const test_support::UnprivilegedUser user(tree_.Root());
     const TarselResult result = FillInbandAddress(option_);
     EXPECT_EQ(result.code, CONNECTION_FAILED);
