@@ -16,7 +16,8 @@ namespace test_support {
 /// There until the object dies. Texts are UTF-8.
 class RegistryDevice {
   public:
-    /// `ids`: "PCI\VEN_FA4E&DEV_0001", one that no other test uses: tests run side by side.
+    /// `ids`: "PCI\VEN_FA4E&DEV_0001", one that no other test uses; other tests see the device,
+    /// too.
     RegistryDevice(const std::string& ids, const std::string& description);
     ~RegistryDevice();
     RegistryDevice(const RegistryDevice&) = delete;

@@ -6,7 +6,7 @@
 
 /// One device. On Linux the names come from the PCI id file (package pci.ids) below the root that
 /// is read; without it, or where it does not know the device, both names are empty and labels and
-/// ids stand for them.
+/// ids stand for them. On Windows they are those of the driver's package, empty without driver.
 struct PciInfo {
     std::string ShortName;  ///< name of the device, that is its chip: "EX710 Controller"
     /// Second part of the fall-back name: what the firmware calls the device ("Embedded NIC 1"),

@@ -3,6 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
+
+#include "platform/pci/pci_ids.h"
+#include "platform/pci/present_pci_devices.h"
+#include "transport/text/ascii_case.h"
 
 namespace Vantix::raid {
 namespace {
@@ -19,9 +24,12 @@ std::string Hexadecimal(const std::string& text) {
 }
 
 bool ShowsEachDisk(const std::string& driver) {
-    constexpr std::array<std::string_view, 5> kDrivers = {"ahci", "vmd", "ata_", "sata_", "pata_"};
+    // The last one is Windows'.
+    constexpr std::array<std::string_view, 6> kDrivers = {"ahci",  "vmd",   "ata_",
+                                                          "sata_", "pata_", "storahci"};
+    const std::string lower = transport::AsciiLowerText(driver);
     return std::any_of(kDrivers.begin(), kDrivers.end(),
-                       [&](std::string_view start) { return driver.rfind(start, 0) == 0; });
+                       [&](std::string_view start) { return lower.rfind(start, 0) == 0; });
 }
 
 bool IsWanted(const std::string& class_code, bool is_served) {
@@ -30,28 +38,65 @@ bool IsWanted(const std::string& class_code, bool is_served) {
     return std::find(kServedClasses.begin(), kServedClasses.end(), kind) != kServedClasses.end();
 }
 
+struct PciFunction {
+    std::string address;
+    std::string class_code;  // 6 hexadecimal digits, as all numbers here
+    std::string vendor;
+    std::string device;
+    std::string driver;
+};
+
+void AddIfWanted(const PciFunction& function, std::vector<RaidAdapter>& list) {
+    RaidAdapter adapter;
+    adapter.address = function.address;
+    adapter.ids = function.vendor + ":" + function.device;
+    adapter.driver = function.driver;
+    adapter.is_served = function.vendor == kServedVendor;
+    adapter.hides_disks = function.class_code.rfind(kRaidClass, 0) == 0;
+    if (IsWanted(function.class_code, adapter.is_served) && !ShowsEachDisk(adapter.driver)) {
+        list.push_back(std::move(adapter));
+    }
+}
+
 }  // namespace
 
 RaidAdapters FindRaidAdapters(const transport::SystemRoot& root) {
+    if (root.IsThisMachine()) {
+        const auto devices = local::PresentDevices();
+        if (devices) return RaidAdaptersAmong(*devices);
+    }
     RaidAdapters adapters;
     const std::vector<std::string> addresses = root.List(kDevices);
     adapters.is_bus_listed = !addresses.empty();
     for (const std::string& address : addresses) {
         const std::string folder = std::string(kDevices) + "/" + address;
-        const std::string class_code = Hexadecimal(root.ReadText(folder + "/class"));
-        if (class_code.rfind("01", 0) != 0) continue;
-        RaidAdapter adapter;
-        adapter.address = address;
-        const std::string vendor = Hexadecimal(root.ReadText(folder + "/vendor"));
-        adapter.ids = vendor + ":" + Hexadecimal(root.ReadText(folder + "/device"));
-        adapter.driver = root.LinkName(folder + "/driver");
-        adapter.is_served = vendor == kServedVendor;
-        adapter.hides_disks = class_code.rfind(kRaidClass, 0) == 0;
-        const bool is_function = root.LinkName(folder + "/physfn").empty();
-        if (is_function && IsWanted(class_code, adapter.is_served) &&
-            !ShowsEachDisk(adapter.driver)) {
-            adapters.list.push_back(adapter);
-        }
+        PciFunction function;
+        function.address = address;
+        function.class_code = Hexadecimal(root.ReadText(folder + "/class"));
+        if (function.class_code.rfind("01", 0) != 0) continue;
+        function.vendor = Hexadecimal(root.ReadText(folder + "/vendor"));
+        function.device = Hexadecimal(root.ReadText(folder + "/device"));
+        function.driver = root.LinkName(folder + "/driver");
+        if (root.LinkName(folder + "/physfn").empty()) AddIfWanted(function, adapters.list);
+    }
+    return adapters;
+}
+
+RaidAdapters RaidAdaptersAmong(const std::vector<local::PresentDevice>& devices) {
+    RaidAdapters adapters;
+    for (const local::PresentDevice& device : devices) {
+        const auto ids = pci::PciIdsOf(device);
+        if (!ids) continue;
+        adapters.is_bus_listed = true;
+        const auto address = pci::PciAddressOf(device);
+        const std::string numbers = pci::DeviceIdText(*ids);
+        PciFunction function;
+        function.address = address ? address->Text() : device.instance_id;
+        function.class_code = pci::ClassCodeText(*ids);
+        function.vendor = numbers.substr(0, numbers.size() / 2);
+        function.device = numbers.substr(numbers.size() / 2);
+        if (local::HasDriver(device)) function.driver = device.service;
+        AddIfWanted(function, adapters.list);
     }
     return adapters;
 }

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/local/present_devices.h"
 #include "transport/sysroot/system_root.h"
 
 namespace Vantix::raid {
@@ -27,5 +28,8 @@ struct RaidAdapters {
 /// RAID controllers of every maker, and host adapters of the maker that arcconf serves. Left out
 /// are RAID controllers in name only: their driver shows the system each disk (AHCI, VMD).
 [[nodiscard]] RaidAdapters FindRaidAdapters(const transport::SystemRoot& root);
+
+/// The same among the devices of a system that lists them by calls.
+[[nodiscard]] RaidAdapters RaidAdaptersAmong(const std::vector<local::PresentDevice>& devices);
 
 }  // namespace Vantix::raid

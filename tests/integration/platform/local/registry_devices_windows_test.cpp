@@ -14,6 +14,7 @@
 #include "platform/connection/connection.h"
 #include "platform/local/present_devices.h"
 #include "platform/pci/pci.h"
+#include "platform/raid/raid_adapters.h"
 #include "platform/system_info/system_info.h"
 
 namespace {
@@ -43,7 +44,7 @@ class RegistryDevicesTest : public testing::Test {
         return {};
     }
 
-    // Those of other tests that run now are among them.
+    // Those of the prefix itself are among them.
     static std::vector<DriverData> DriversFor(const std::string& ids) {
         const Vantix::VantixConnection::ConnectOption option;
         const Vantix::VantixConnection::ActiveRun run(option);
@@ -112,6 +113,19 @@ TEST_F(RegistryDevicesTest, PciRecordHasNamesSlotAndFirmwareVersion) {
     EXPECT_EQ(std::count_if(all.begin(), all.end(),
                             [](const PciInfo& one) { return one.IdPart1 == "fa4e0003"; }),
               1);
+}
+
+TEST_F(RegistryDevicesTest, RaidControllerIsFound) {
+    RegistryDevice device(R"(PCI\VEN_9005&DEV_FA4E)", "Fake RAID");
+    device.Texts("HardwareID", {R"(PCI\VEN_9005&DEV_FA4E&CC_010400)"})
+        .Property(DEVPKEY_Device_BusNumber, DWORD{0x7C3B})
+        .Property(DEVPKEY_Device_Address, DWORD{0});
+    ASSERT_TRUE(device.IsComplete());
+    const auto adapters = Vantix::raid::FindRaidAdapters(Vantix::transport::SystemRoot());
+    ASSERT_EQ(adapters.list.size(), 1U);
+    EXPECT_EQ(adapters.list[0].address, "007c:3b:00.0");
+    EXPECT_TRUE(adapters.list[0].is_served);
+    EXPECT_TRUE(adapters.list[0].hides_disks);
 }
 
 TEST_F(RegistryDevicesTest, FirmwareRevisionStandsWhereThereIsNoVersion) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "pci_tree.h"
+#include "support/present_device_builder.h"
 
 namespace Vantix::raid {
 namespace {
@@ -106,6 +107,48 @@ TEST(RaidAdaptersTest, EmptyAndBinaryAttributesAreSurvived) {
     AddPciFunction(tree, "0000:01:00.0", "", "", "");
     AddPciFunction(tree, "0000:02:00.0", std::string("0x0104\0\xff", 8), "0x", "\x01");
     EXPECT_EQ(FindRaidAdapters(SystemRoot(tree.Root())).list.size(), 1U);
+}
+
+using test_support::APresentDevice;
+
+const char* const kServed = "VEN_9005&DEV_028F&SUBSYS_08059005&REV_01";
+
+TEST(RaidAdaptersAmongPresentDevicesTest, ControllerOfTheServedMakerIsFound) {
+    const RaidAdapters adapters = RaidAdaptersAmong(
+        {APresentDevice("PCI", kServed).Class("010400").Driver("SmartPqi", "1").At(0xD9, 0, 0)});
+    ASSERT_EQ(adapters.list.size(), 1U);
+    EXPECT_EQ(adapters.list[0].address, "0000:d9:00.0");
+    EXPECT_EQ(adapters.list[0].ids, "9005:028f");
+    EXPECT_EQ(adapters.list[0].driver, "SmartPqi");
+    EXPECT_TRUE(adapters.list[0].is_served);
+    EXPECT_TRUE(adapters.list[0].hides_disks);
+}
+
+TEST(RaidAdaptersAmongPresentDevicesTest, WithoutDriverNoneIsNamed) {
+    const RaidAdapters adapters = RaidAdaptersAmong(
+        {APresentDevice("PCI", kServed).Class("010400").Driver("left", "1").Problem(28)});
+    ASSERT_EQ(adapters.list.size(), 1U);
+    EXPECT_EQ(adapters.list[0].driver, "");
+}
+
+TEST(RaidAdaptersAmongPresentDevicesTest, RaidInNameOnlyIsLeftOut) {
+    const RaidAdapters adapters = RaidAdaptersAmong(
+        {APresentDevice("PCI", "VEN_8086&DEV_2822").Class("010400").Driver("StorAHCI", "1")});
+    EXPECT_TRUE(adapters.is_bus_listed);
+    EXPECT_TRUE(adapters.list.empty());
+}
+
+TEST(RaidAdaptersAmongPresentDevicesTest, OtherDevicesAreNoControllers) {
+    const RaidAdapters adapters =
+        RaidAdaptersAmong({APresentDevice("PCI", "VEN_8086&DEV_10D3").Class("020000"),
+                           APresentDevice("USB", "VEN_9005&DEV_028F").Class("010400")});
+    EXPECT_TRUE(adapters.is_bus_listed);
+    EXPECT_TRUE(adapters.list.empty());
+}
+
+TEST(RaidAdaptersAmongPresentDevicesTest, MachineWithoutPciListsNoBus) {
+    EXPECT_FALSE(RaidAdaptersAmong({}).is_bus_listed);
+    EXPECT_FALSE(RaidAdaptersAmong({APresentDevice("USB", "VID_1D0F&PID_0001")}).is_bus_listed);
 }
 
 }  // namespace
