@@ -15,6 +15,8 @@ emulator=${5-}
 private=$(mktemp -d)
 trap 'rm -rf "$private"' EXIT
 umask 022
+# Names of files here are UTF-8.
+export LC_ALL=C.UTF-8
 
 # unpack PACKAGE FOLDER
 unpack() {
@@ -57,6 +59,19 @@ check_files() {
 # run PROGRAM ARGUMENT...: its output with the line ends of this system.
 run() { ${emulator:+"$emulator"} "$@" | tr -d '\r'; }
 
+# check_tool PROGRAM FOLDER: says its version, and scans a recorded machine into a folder of any name.
+# A part of that machine is a program for Linux: elsewhere the scan is partial.
+check_tool() {
+    local status=0 output="$2/out ü中"
+    [ "$(run "$1" --version)" = "tarsel $version" ] || die "the tool does not say its version"
+    run "$1" scan --local --sysroot "$source/simulators/scenarios/own-server/sysroot" \
+        --output "$output" >/dev/null 2>"$2/scan.log" || status=$?
+    [ "$status" -eq 0 ] || { [ -n "$toolchain" ] && [ "$status" -eq 3 ]; } ||
+        die "the tool's scan ended with $status: $(cat "$2/scan.log")"
+    grep -q '<MT>' "$output/Tarsel-update-scan.xml" || die "the scan file names no machine type"
+    [ -s "$output/tarsel.log" ] || die "the scan left no log"
+}
+
 # check_consumer PREFIX BUILD
 check_consumer() {
     local prefix=$1 folder=$2 said program=$2/consumer
@@ -75,14 +90,13 @@ check_consumer() {
 
 check_package() {
     local prefix folder=$private/${1##*/}.d command=tarsel
-    unpack "$1" "$folder/files"
-    prefix=$(find "$folder/files" -type d -path '*/lib/cmake/tarsel')
+    unpack "$1" "$folder/dir ü中"
+    prefix=$(find "$folder/dir ü中" -type d -path '*/lib/cmake/tarsel')
     [ -n "$prefix" ] || die "${1##*/} holds no CMake package"
     prefix=${prefix%/lib/cmake/tarsel}
     check_files "$prefix"
     [ -z "$toolchain" ] || command=tarsel.exe
-    [ "$(run "$prefix/bin/$command" --version)" = "tarsel $version" ] ||
-        die "the tool of ${1##*/} does not say its version"
+    check_tool "$prefix/bin/$command" "$folder"
     check_consumer "$prefix" "$folder/build"
     [[ $1 != *.deb ]] || check_debian_fields "$1"
     say "ok: ${1##*/}"

@@ -6,6 +6,8 @@
 set -uo pipefail
 
 export WINEPREFIX=${TARSEL_WINE_PREFIX:-${XDG_CACHE_HOME:-$HOME/.cache}/tarsel-wine}
+# Arguments and names of files are UTF-8, whatever the caller's language.
+export LC_ALL=C.UTF-8
 export WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml='
 # Programs that inherit no home folder would each make a prefix of their own.
 export HOME=${HOME:-/root}

@@ -5,6 +5,8 @@
 #include <CLI/Formatter.hpp>
 #include <algorithm>
 
+#include "tarsel/existing_paths.h"
+
 namespace tarsel {
 namespace {
 
@@ -95,7 +97,7 @@ void AddConnectionOptions(CLI::App& scan, ScanArguments& arguments) {
                                     "Trust the certificates of this PEM file instead of the "
                                     "system's")
                         ->type_name("FILE")
-                        ->check(CLI::ExistingFile);
+                        ->check(CLI::Validator(CheckExistingFile, "FILE"));
     auto* pin = scan.add_option("--pin", arguments.fingerprint,
                                 "Trust the one certificate with this SHA-256 fingerprint")
                     ->type_name("SHA256")
@@ -193,7 +195,7 @@ void AddOwnMachineOptions(CLI::App& scan, TargetTexts& targets, ScanArguments& a
     scan.add_option("--sysroot", arguments.system_root,
                     "Read the machine tree recorded in this folder instead of /")
         ->type_name("DIR")
-        ->check(CLI::ExistingDirectory);
+        ->check(CLI::Validator(CheckExistingFolder, "DIR"));
 }
 
 void AddSshTrustOptions(CLI::App& scan, RemoteArguments& remote) {
@@ -210,7 +212,7 @@ void AddSshTrustOptions(CLI::App& scan, RemoteArguments& remote) {
     scan.add_option("--ssh-key", remote.key_file,
                     "Private key to log in with; no other key is offered then")
         ->type_name("FILE")
-        ->check(CLI::ExistingFile);
+        ->check(CLI::Validator(CheckExistingFile, "FILE"));
     auto* file = scan.add_option("--ssh-passphrase-file", remote.passphrase.file,
                                  "File whose first line is the key's passphrase; only its owner "
                                  "may have access to it")
@@ -227,7 +229,7 @@ void AddRemoteOptions(CLI::App& scan, RemoteArguments& remote) {
                     "Folder with packages of this tool; the fitting one is carried to a server "
                     "that has no tool of this version")
         ->type_name("DIR")
-        ->check(CLI::ExistingDirectory);
+        ->check(CLI::Validator(CheckExistingFolder, "DIR"));
     scan.add_option("--remote-command", remote.command,
                     "Command to run there instead of the tool's scan of that machine; {tarsel} "
                     "stands for the tool, {folder} for the folder its files belong into; no "
