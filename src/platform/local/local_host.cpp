@@ -1,5 +1,6 @@
 #include "platform/local/local_host.h"
 
+#include <optional>
 #include <utility>
 
 #include "platform/connection/connection.h"
@@ -11,14 +12,38 @@ using VantixConnection::ConnectOption;
 using VantixConnection::SourceState;
 using VantixConnection::SourceStatus;
 
-std::shared_ptr<const transport::SystemRoot> HostRoot() {
-    const auto make = [] {
-        return std::make_shared<const transport::SystemRoot>(ActiveRun::Option().system_root);
-    };
+namespace {
+
+struct Host {
+    explicit Host(const std::string& folder) : root(folder) {}
+
+    transport::SystemRoot root;
+    mutable std::optional<std::vector<PresentDevice>> devices;
+    mutable bool was_asked = false;
+};
+
+std::shared_ptr<const Host> ActiveHost() {
+    const auto make = [] { return std::make_shared<const Host>(ActiveRun::Option().system_root); };
     std::shared_ptr<const void>* kept = ActiveRun::HostRootSlot();
     if (kept == nullptr) return make();
     if (*kept == nullptr) *kept = make();
-    return std::static_pointer_cast<const transport::SystemRoot>(*kept);
+    return std::static_pointer_cast<const Host>(*kept);
+}
+
+}  // namespace
+
+std::shared_ptr<const transport::SystemRoot> HostRoot() {
+    const std::shared_ptr<const Host> host = ActiveHost();
+    return {host, &host->root};
+}
+
+std::shared_ptr<const std::vector<PresentDevice>> HostDevices() {
+    const std::shared_ptr<const Host> host = ActiveHost();
+    if (!host->root.IsThisMachine()) return nullptr;
+    if (!host->was_asked) host->devices = PresentDevices();
+    host->was_asked = true;
+    if (!host->devices) return nullptr;
+    return {host, &*host->devices};
 }
 
 void ReportDenied(const transport::SystemRoot& root) {

@@ -5,7 +5,6 @@
 
 #include "platform/connection/connection.h"
 #include "platform/local/local_host.h"
-#include "platform/local/present_devices.h"
 #include "platform/log/log.h"
 #include "platform/pci/net_firmware.h"
 #include "platform/pci/pci_address.h"
@@ -41,9 +40,8 @@ void ReportSlow(std::vector<std::string> issues) {
 
 std::vector<PciInfo> ReadHost(const std::optional<PciAddress>& only) {
     const auto root = Vantix::local::HostRoot();
-    if (root->IsThisMachine()) {
-        const auto devices = Vantix::local::PresentDevices();
-        if (devices) return PciRecordsOf(*devices, Vantix::pci::PciSlots(*root), only);
+    if (const auto devices = Vantix::local::HostDevices()) {
+        return PciRecordsOf(*devices, Vantix::pci::PciSlots(*root), only);
     }
     PciHost host{*root, {}, Vantix::pci::OpenVpdFile, {}};
     if (root->IsThisMachine()) host.net_firmware = Vantix::pci::ThisMachinesNetFirmware();

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/local/local_host.h"
 #include "platform/pci/pci_ids.h"
 #include "platform/pci/present_pci_devices.h"
 #include "transport/text/ascii_case.h"
@@ -62,7 +63,7 @@ void AddIfWanted(const PciFunction& function, std::vector<RaidAdapter>& list) {
 
 RaidAdapters FindRaidAdapters(const transport::SystemRoot& root) {
     if (root.IsThisMachine()) {
-        const auto devices = local::PresentDevices();
+        const auto devices = local::HostDevices();
         if (devices) return RaidAdaptersAmong(*devices);
     }
     RaidAdapters adapters;

@@ -9,7 +9,6 @@
 #include "common/result/result_codes.h"
 #include "platform/connection/connection.h"
 #include "platform/local/local_host.h"
-#include "platform/local/present_devices.h"
 #include "platform/log/log.h"
 #include "platform/system_info/driver_links.h"
 #include "platform/system_info/driver_texts.h"
@@ -90,8 +89,7 @@ Survey ReadFiles(const SystemRoot& root) {
 
 // Where the system lists its devices by calls, there is always one.
 Survey ReadSystem(const SystemRoot& root) {
-    if (!root.IsThisMachine()) return ReadFiles(root);
-    const auto devices = Vantix::local::PresentDevices();
+    const auto devices = Vantix::local::HostDevices();
     if (!devices) return ReadFiles(root);
     PresentDrivers found = DriversOf(*devices);
     return {"SetupAPI", !devices->empty(), std::move(found.drivers), std::move(found.driverless)};

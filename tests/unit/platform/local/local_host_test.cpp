@@ -11,6 +11,7 @@
 namespace {
 
 using test_support::SystemTree;
+using Vantix::local::HostDevices;
 using Vantix::local::HostRoot;
 using Vantix::local::ReportDenied;
 using Vantix::VantixConnection::ActiveRun;
@@ -61,6 +62,13 @@ TEST(LocalHostTest, NextRunReadsAnew) {
     tree.File("/sys/a", "second");
     const ActiveRun run(option);
     EXPECT_EQ(HostRoot()->ReadText("/sys/a"), "second");
+}
+
+TEST(LocalHostTest, RecordedMachineHasNoDevicesOfThisOne) {
+    const SystemTree tree;
+    const ConnectOption option = OptionFor(tree);
+    const ActiveRun run(option);
+    EXPECT_EQ(HostDevices(), nullptr);
 }
 
 TEST(LocalHostTest, WhatOnlyRootMayReadIsAnOptionalSource) {

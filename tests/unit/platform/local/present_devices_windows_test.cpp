@@ -5,10 +5,13 @@
 
 #include <set>
 
+#include "platform/connection/connection.h"
+#include "platform/local/local_host.h"
 #include "platform/local/present_devices.h"
 
 namespace {
 
+using Vantix::local::HostDevices;
 using Vantix::local::PresentDevice;
 
 TEST(PresentDevicesWindowsTest, EveryDeviceHasAnIdOfItsOwn) {
@@ -31,6 +34,18 @@ TEST(PresentDevicesWindowsTest, ListsAreReadToTheirEnds) {
         EXPECT_THAT(device.hardware_ids, testing::Not(testing::Contains("")));
     }
     EXPECT_GT(with_ids, 0U);
+}
+
+TEST(PresentDevicesWindowsTest, FamiliesOfOneRunShareThem) {
+    const Vantix::VantixConnection::ConnectOption option;
+    const auto of_no_run = HostDevices();
+    ASSERT_NE(of_no_run, nullptr);
+    EXPECT_FALSE(of_no_run->empty());
+    const Vantix::VantixConnection::ActiveRun run(option);
+    const auto first = HostDevices();
+    ASSERT_NE(first, nullptr);
+    EXPECT_NE(first, of_no_run);
+    EXPECT_EQ(HostDevices(), first);
 }
 
 }  // namespace
