@@ -10,6 +10,7 @@
 
 #include "platform/disk/nvme_identity.h"
 #include "platform/disk/scsi_pages.h"
+#include "platform/disk/storage_queries.h"
 #include "platform/disk/udev_record.h"
 
 namespace {
@@ -40,6 +41,18 @@ void ReadAsScsi(std::string_view bytes) {
     if (names.naa_formats.size() > bytes.size() / 5) std::abort();
 }
 
+void ReadAsStorageAnswer(std::string_view bytes) {
+    if (const auto device = ReadStorageDevice(bytes)) {
+        for (const std::string* text :
+             {&device->vendor, &device->model, &device->revision, &device->serial}) {
+            RequireText(*text, bytes.size());
+        }
+    }
+    (void)ReadAdapterBus(bytes);
+    if (ReadNaaFormats(bytes).size() > bytes.size() / 16) std::abort();
+    if (ReadIdentifyData(bytes).size() > bytes.size()) std::abort();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -51,6 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         RequireText(identity->serial, 20);
     }
     ReadAsScsi(bytes);
+    ReadAsStorageAnswer(bytes);
     // With a page code that is right, so that what stands behind it is reached.
     for (const char code : {'\x80', '\x83', '\x89'}) {
         if (size < 4) break;

@@ -6,6 +6,8 @@
 #include "platform/connection/connection.h"
 #include "platform/disk/disk_survey.h"
 #include "platform/disk/nvme_admin.h"
+#include "platform/disk/storage_requests.h"
+#include "platform/disk/storage_survey.h"
 #include "platform/local/local_host.h"
 #include "platform/log/log.h"
 #include "platform/raid/raid_unasked.h"
@@ -20,11 +22,17 @@ using VantixOptions::SoftwareIdentity_;
 constexpr const char* kLogSource = "disk_inventory";
 constexpr const char* kToldKey = "disks told by the disk inventory";
 
+std::vector<SoftwareIdentity_> Survey(const transport::SystemRoot& root, RunContext& run) {
+    if (!root.IsThisMachine()) return SurveyDisks(root, nullptr, run);
+    const StorageRequests* storage = SystemStorage();
+    return storage == nullptr ? SurveyDisks(root, &KernelNvmeAdmin(), run)
+                              : SurveyStorage(*storage, root, run);
+}
+
 int Append(std::vector<SoftwareIdentity_>& list) {
     RunContext& run = *ActiveRun::Option().run;
     const auto root = local::HostRoot();
-    const NvmeAdmin* admin = root->IsThisMachine() ? &KernelNvmeAdmin() : nullptr;
-    std::vector<SoftwareIdentity_> disks = SurveyDisks(*root, admin, run);
+    std::vector<SoftwareIdentity_> disks = Survey(*root, run);
     Log(3, kLogSource, __LINE__).Stream() << "disks of this machine: " << disks.size();
     list.insert(list.end(), std::make_move_iterator(disks.begin()),
                 std::make_move_iterator(disks.end()));

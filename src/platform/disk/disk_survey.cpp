@@ -1,44 +1,22 @@
 #include "platform/disk/disk_survey.h"
 
-#include <set>
-#include <string>
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "platform/disk/disk_facts.h"
+#include "platform/disk/disk_list.h"
 #include "platform/disk/disk_places.h"
 #include "platform/disk/mmc_survey.h"
 #include "platform/disk/nvme_survey.h"
 #include "platform/disk/scsi_survey.h"
-#include "platform/log/log.h"
 
 namespace Vantix::disk {
 namespace {
 
-constexpr const char* kLogSource = "disk_survey";
-
-/// Collects disks, each once.
-class Disks {
-  public:
-    void Add(const std::vector<DiskFacts>& disks) {
-        for (const DiskFacts& disk : disks) Add(disk);
-    }
-    std::vector<VantixOptions::SoftwareIdentity_> Take() { return std::move(identities_); }
-
-  private:
-    void Add(const DiskFacts& disk) {
-        const bool is_known = !disk.model.empty() && !disk.serial.empty() &&
-                              !seen_.emplace(disk.model, disk.serial).second;
-        if (is_known) {
-            Log(4, kLogSource, __LINE__).Stream()
-                << "left out " << disk.node << ": another way to a disk that is listed";
-            return;
-        }
-        identities_.push_back(MakeIdentity(disk));
-    }
-
-    std::set<std::pair<std::string, std::string>> seen_;  ///< model, serial number
-    std::vector<VantixOptions::SoftwareIdentity_> identities_;
-};
+void Append(std::vector<DiskFacts>&& more, std::vector<DiskFacts>& disks) {
+    std::move(more.begin(), more.end(), std::back_inserter(disks));
+}
 
 }  // namespace
 
@@ -46,11 +24,10 @@ std::vector<VantixOptions::SoftwareIdentity_> SurveyDisks(const transport::Syste
                                                           const NvmeAdmin* admin,
                                                           VantixConnection::RunContext& run) {
     const DiskPlaces places(root);
-    Disks disks;
-    disks.Add(SurveyNvmeDisks(root, places, admin, run));
-    disks.Add(SurveyScsiDisks(root, places));
-    disks.Add(SurveyFlashDisks(root));
-    return disks.Take();
+    std::vector<DiskFacts> disks = SurveyNvmeDisks(root, places, admin, run);
+    Append(SurveyScsiDisks(root, places), disks);
+    Append(SurveyFlashDisks(root), disks);
+    return EachOnce(disks);
 }
 
 }  // namespace Vantix::disk

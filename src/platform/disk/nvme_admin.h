@@ -5,14 +5,9 @@
 
 #include <string>
 
-namespace Vantix::disk {
+#include "platform/disk/device_answer.h"
 
-struct IdentifyAnswer {
-    enum class State { kRead, kDenied, kFailed };
-    State state = State::kFailed;
-    std::string data;   ///< 4096 bytes when read
-    std::string cause;  ///< when not read
-};
+namespace Vantix::disk {
 
 class NvmeAdmin {
   public:
@@ -21,9 +16,9 @@ class NvmeAdmin {
     NvmeAdmin(const NvmeAdmin&) = delete;
     NvmeAdmin& operator=(const NvmeAdmin&) = delete;
 
-    /// `node`: "/dev/nvme0". `device_number`: "239:0" as sysfs tells it; a node that is another
-    /// device is not asked; empty when it is not known.
-    [[nodiscard]] virtual IdentifyAnswer IdentifyController(
+    /// 4096 bytes. `node`: "/dev/nvme0". `device_number`: "239:0" as sysfs tells it; a node that is
+    /// another device is not asked; empty when it is not known.
+    [[nodiscard]] virtual DeviceAnswer IdentifyController(
         const std::string& node, const std::string& device_number) const = 0;
 };
 

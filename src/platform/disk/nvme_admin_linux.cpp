@@ -15,7 +15,7 @@
 namespace Vantix::disk {
 namespace {
 
-using State = IdentifyAnswer::State;
+using State = DeviceAnswer::State;
 
 class Node {
   public:
@@ -40,13 +40,13 @@ class Node {
     int handle_;
 };
 
-IdentifyAnswer Failure(int error) {
+DeviceAnswer Failure(int error) {
     const bool is_denied = error == EACCES || error == EPERM;
     return {
         is_denied ? State::kDenied : State::kFailed, {}, std::generic_category().message(error)};
 }
 
-IdentifyAnswer Ask(const Node& node) {
+DeviceAnswer Ask(const Node& node) {
     constexpr std::uint8_t kIdentify = 0x06;
     constexpr std::uint32_t kController = 0x01;
     std::string data(4096, '\0');
@@ -64,8 +64,8 @@ IdentifyAnswer Ask(const Node& node) {
 
 class KernelAdmin : public NvmeAdmin {
   public:
-    IdentifyAnswer IdentifyController(const std::string& path,
-                                      const std::string& device_number) const override {
+    DeviceAnswer IdentifyController(const std::string& path,
+                                    const std::string& device_number) const override {
         const Node node(path);
         if (node.Handle() < 0) return Failure(errno);
         const std::string found = node.DeviceNumber();

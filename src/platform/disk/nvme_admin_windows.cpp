@@ -6,9 +6,9 @@ namespace {
 // Nodes are names of Linux: a recorded tree knows them, this machine does not.
 class NoNodes : public NvmeAdmin {
   public:
-    IdentifyAnswer IdentifyController(const std::string& /*node*/,
-                                      const std::string& /*device_number*/) const override {
-        return {IdentifyAnswer::State::kFailed, {}, "this system has no device nodes"};
+    DeviceAnswer IdentifyController(const std::string& /*node*/,
+                                    const std::string& /*device_number*/) const override {
+        return {DeviceAnswer::State::kFailed, {}, "this system has no device nodes"};
     }
 };
 

@@ -66,13 +66,13 @@ void Survey::Ask(const std::string& folder, DiskFacts& disk) {
     const std::string state = Attribute(root_, folder + "/state");
     // A controller that is resetting or dead would keep the command waiting for a minute.
     const bool is_live = state.empty() || state == "live";
-    IdentifyAnswer answer;
+    DeviceAnswer answer;
     answer.cause = is_live ? "it is not of this machine" : "it is " + state;
     const std::string node = "/dev/" + disk.node;
     if (admin_ != nullptr && is_live) {
         answer = admin_->IdentifyController(node, Attribute(root_, folder + "/dev"));
     }
-    if (answer.state == IdentifyAnswer::State::kDenied) root_.AddDenied(node);
+    if (answer.state == DeviceAnswer::State::kDenied) root_.AddDenied(node);
     const auto told = ReadIdentifyController(answer.data);
     if (told) {
         Take(*told, disk);

@@ -9,7 +9,7 @@
 namespace Vantix::disk {
 namespace {
 
-using State = IdentifyAnswer::State;
+using State = DeviceAnswer::State;
 
 std::string NumberOf(const char* node) {
     struct stat state = {};

@@ -18,21 +18,21 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using transport::SystemRoot;
-using State = IdentifyAnswer::State;
+using State = DeviceAnswer::State;
 
 /// Gives one answer and keeps what it was asked.
 class ScriptedAdmin : public NvmeAdmin {
   public:
-    explicit ScriptedAdmin(IdentifyAnswer answer) : answer_(std::move(answer)) {}
-    IdentifyAnswer IdentifyController(const std::string& node,
-                                      const std::string& number) const override {
+    explicit ScriptedAdmin(DeviceAnswer answer) : answer_(std::move(answer)) {}
+    DeviceAnswer IdentifyController(const std::string& node,
+                                    const std::string& number) const override {
         asked.push_back(node + " " + number);
         return answer_;
     }
     mutable std::vector<std::string> asked;
 
   private:
-    IdentifyAnswer answer_;
+    DeviceAnswer answer_;
 };
 
 class NvmeSurveyTest : public testing::Test {
