@@ -14,6 +14,8 @@
 #include "transport/ipmi/hpm_components.h"
 #include "transport/ipmi/ipmi_problem.h"
 #include "transport/ipmi/raw_answer.h"
+#include "transport/ipmi/raw_ipmi.h"
+#include "transport/ipmi/sdr_locators.h"
 
 namespace {
 
@@ -35,6 +37,23 @@ void ReadAs(const RawAnswer& answer) {
     static_cast<void>(ParseFruSize(answer));
 }
 
+/// The bytes as what a controller answers, twenty at a time; at their end it falls silent.
+void ReadAsRepository(const Bytes& bytes) {
+    std::size_t at = 0;
+    const std::string text = ReadFruLocatorText([&](const RawRequest&) {
+        const std::size_t end = std::min(at + 20, bytes.size());
+        RawAnswer answer;
+        if (at < end) {
+            answer.completion = bytes[at] == 0xc5 ? 0xc5 : kCompletionOk;
+            answer.data.assign(bytes.begin() + static_cast<std::ptrdiff_t>(at),
+                               bytes.begin() + static_cast<std::ptrdiff_t>(end));
+        }
+        at = end;
+        return answer;
+    });
+    for (const FruLocator& locator : ParseFruLocators(text)) RequireClean(locator.name);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -49,5 +68,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static_cast<void>(ParseRawBytes(text));
     RequireClean(ClassifyIpmiErrors(text).text);
     for (const FruLocator& locator : ParseFruLocators(text)) RequireClean(locator.name);
+    ReadAsRepository(Bytes(data, data + size));
+    const RawAnswer answer = AnswerBehindCode(kCompletionOk, Bytes(data, data + size), size / 2);
+    if (answer.data.size() > size / 2) std::abort();
     return 0;
 }

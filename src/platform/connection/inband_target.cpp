@@ -8,6 +8,7 @@
 #include "common/result/result_codes.h"
 #include "platform/connection/target_address.h"
 #include "platform/ipmi/bootstrap_account.h"
+#include "platform/ipmi/local_ipmi.h"
 #include "platform/local/local_host.h"
 #include "platform/local/smbios_tables.h"
 #include "platform/log/log.h"
@@ -99,8 +100,8 @@ TarselResult FillInbandAccount(ConnectOption& option) {
     if (account.user.empty()) {
         const std::string refused = option.run->Recall(kNoAccountKey);
         if (!refused.empty()) return TarselResult(KCS_CONNECT_FAILED, refused);
-        const TarselResult result = ipmi::GetBootstrapAccount(
-            option, transport::SystemCommandRunner(), transport::SystemClock(), account);
+        const TarselResult result = ipmi::GetBootstrapAccount(option, ipmi::SystemIpmiRunner(),
+                                                              transport::SystemClock(), account);
         if (result == KCS_CONNECT_FAILED) option.run->Remember(kNoAccountKey, result.message);
         if (!result.IsSucceed()) {
             // The scan of an AMD platform goes on and has another failure to report.

@@ -9,6 +9,7 @@
 #include "platform/ipmi/ipmi_channel.h"
 #include "platform/ipmi/ipmi_errors.h"
 #include "platform/ipmi/ipmi_target.h"
+#include "platform/ipmi/local_ipmi.h"
 #include "platform/log/log.h"
 #include "platform/log/log_settings.h"
 
@@ -81,7 +82,7 @@ TarselResult FetchIPMIConnection(const ConnectOption& wanted, ConnectionInfo& co
     const TarselResult start = MayStart(option);
     if (!start.IsSucceed()) return start;
     AddLogSecret(option.password);
-    auto channel = std::make_shared<ipmi::IpmiChannel>(option, transport::SystemCommandRunner(),
+    auto channel = std::make_shared<ipmi::IpmiChannel>(option, ipmi::SystemIpmiRunner(),
                                                        transport::SystemClock());
     const transport::IpmiFailure failure = channel->Open();
     if (failure) {

@@ -5,6 +5,7 @@
 #include "common/result/result_codes.h"
 #include "platform/ipmi/ipmi_sessions.h"
 #include "platform/ipmi/ipmi_target.h"
+#include "platform/ipmi/local_ipmi.h"
 #include "platform/log/log.h"
 #include "platform/log/log_settings.h"
 #include "transport/ipmi/bootstrap_credentials.h"
@@ -37,7 +38,7 @@ TarselResult ResultOf(const IpmiFailure& failure) {
             return TarselResult(INTERRUPTED_BY_USER);
         case IpmiProblem::kNoDevice:
             return Refused("the IPMI device cannot be used (" + failure.text + ")",
-                           "run the scan as root with the drivers ipmi_si and ipmi_devintf loaded");
+                           LocalIpmiAdvice());
         case IpmiProblem::kToolMissing:
         case IpmiProblem::kToolBroken:
             return Refused("the program ipmitool does not work (" + failure.text + ")",

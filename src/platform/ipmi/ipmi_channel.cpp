@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/ipmi/ipmi_target.h"
+#include "platform/ipmi/local_ipmi.h"
 #include "platform/log/log.h"
 #include "transport/ipmi/hpm_components.h"
 #include "transport/ipmi/raw_answer.h"
@@ -56,7 +57,7 @@ std::shared_ptr<IpmiChannel> IpmiChannel::Of(const ConnectionInfo& connection) {
     if (!connection.host.empty()) return nullptr;
     ConnectOption option = VantixConnection::ActiveRun::Option();
     option.target_address.clear();
-    auto channel = std::make_shared<IpmiChannel>(option, SystemCommandRunner(), SystemClock());
+    auto channel = std::make_shared<IpmiChannel>(option, SystemIpmiRunner(), SystemClock());
     const IpmiFailure failure = channel->Open();
     if (!failure) return channel;
     Log(2, kLogSource, __LINE__).Stream() << "Local IPMI is not usable: " << failure.text;

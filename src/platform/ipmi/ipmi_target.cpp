@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "platform/connection/target_address.h"
+#include "platform/ipmi/local_ipmi.h"
 #include "transport/sysroot/system_root.h"
 
 namespace Vantix::ipmi {
@@ -19,6 +20,8 @@ transport::IpmiTarget IpmiTargetOf(const ConnectOption& option) {
 
 bool HasLocalIpmiDevice(const ConnectOption& option, const std::string& root_folder) {
     if (!transport::SystemRoot(option.system_root).IsThisMachine()) return false;
+    // Elsewhere the asking itself tells; below another folder only nodes can be.
+    if (!ShowsIpmiDeviceAsNode() && root_folder == "/") return true;
     for (const char* name : {"dev/ipmi0", "dev/ipmi/0", "dev/ipmidev/0"}) {
         std::error_code ignored;
         if (std::filesystem::exists(std::filesystem::path(root_folder) / name, ignored))

@@ -13,8 +13,9 @@ int IpmiPortOf(const VantixConnection::ConnectOption& option);
 
 transport::IpmiTarget IpmiTargetOf(const VantixConnection::ConnectOption& option);
 
-/// True when this machine has a device node for its own BMC below `root_folder`, and the scan may
-/// use it: not where the run reads a recorded tree instead of this machine.
+/// True when this machine has a device node for its own BMC below `root_folder`, or is of a system
+/// without such nodes, and the scan may use it: not where the run reads a recorded tree instead of
+/// this machine.
 bool HasLocalIpmiDevice(const VantixConnection::ConnectOption& option,
                         const std::string& root_folder = "/");
 

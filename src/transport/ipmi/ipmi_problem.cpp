@@ -39,6 +39,7 @@ constexpr Row kRows[] = {
     {"no matching integrity", IpmiProblem::kCipher},
     {"Address lookup for", IpmiProblem::kNameUnknown},
     {"Could not open device at", IpmiProblem::kNoDevice},
+    {kNothingToAskThrough, IpmiProblem::kNoDevice},
     {"OEM info dictionary", IpmiProblem::kToolBroken},
     {"error while loading shared libraries", IpmiProblem::kToolBroken},
     {"invalid option", IpmiProblem::kToolBroken},
@@ -101,7 +102,9 @@ IpmiFailure FailureOfRun(const CommandOutcome& outcome) {
         case CommandEnd::kCancelled:
             return {IpmiProblem::kCancelled, "interrupted"};
         case CommandEnd::kTimedOut:
-            return {IpmiProblem::kTimedOut, "ipmitool did not come to an end and was stopped"};
+            return {IpmiProblem::kTimedOut, outcome.text.empty()
+                                                ? "ipmitool did not come to an end and was stopped"
+                                                : outcome.text};
         case CommandEnd::kExited:
             break;
     }

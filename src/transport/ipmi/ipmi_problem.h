@@ -33,6 +33,10 @@ struct IpmiFailure {
     explicit operator bool() const { return problem != IpmiProblem::kNone; }
 };
 
+/// How an error line begins where this machine's BMC was to be asked, and there was nothing to ask
+/// it through (RawIpmiRunner).
+inline constexpr std::string_view kNothingToAskThrough = "No IPMI driver and no ipmitool";
+
 /// The problem that the first fitting line of the table names, kOther when none fits.
 [[nodiscard]] IpmiFailure ClassifyIpmiErrors(std::string_view error_output);
 

@@ -48,7 +48,7 @@ struct CommandOutcome {
     std::string output;
     std::string error_output;
     bool is_output_cut = false;  ///< one of the streams was longer than allowed
-    std::string text;            ///< the system's words where the program did not start
+    std::string text;            ///< why it did not start, or did not come to an end; may be empty
 };
 
 class CommandRunner {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "common/result/result_codes.h"
+#include "platform/ipmi/local_ipmi.h"
 #include "platform/log/log_settings.h"
 #include "support/fake_clock.h"
 #include "support/fake_ipmitool.h"
@@ -101,11 +102,12 @@ TEST_F(BootstrapAccountTest, RecordedTreeHasNoDevice) {
     EXPECT_THAT(tool_.commands, IsEmpty());
 }
 
-TEST_F(BootstrapAccountTest, ForbiddenDeviceAsksForRoot) {
+TEST_F(BootstrapAccountTest, ForbiddenDeviceAsksForRights) {
     tool_.FailNext("Could not open device at /dev/ipmi0 or /dev/ipmi/0: Permission denied\n");
     const TarselResult result = Ask();
     EXPECT_EQ(result.code, KCS_CONNECT_FAILED);
-    EXPECT_THAT(result.message, AllOf(HasSubstr("Permission denied"), HasSubstr("as root")));
+    EXPECT_THAT(result.message,
+                AllOf(HasSubstr("Permission denied"), HasSubstr(LocalIpmiAdvice())));
 }
 
 TEST_F(BootstrapAccountTest, MissingToolIsNamed) {
