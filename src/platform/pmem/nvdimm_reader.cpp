@@ -1,17 +1,14 @@
 #include "platform/pmem/nvdimm_reader.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "platform/local/smbios_tables.h"
-#include "platform/log/log.h"
-#include "platform/redfish/slot_rules.h"
+#include "platform/pmem/nvdimm_facts.h"
 #include "platform/redfish/text_rules.h"
 #include "transport/smbios/smbios_records.h"
 
@@ -24,7 +21,6 @@ using transport::SmbiosMemoryDevice;
 using transport::SystemRoot;
 using VantixOptions::SoftwareIdentity_;
 
-constexpr const char* kLogSource = "nvdimm_reader";
 constexpr const char* kModules = "/sys/bus/nd/devices/";
 
 bool IsNumber(std::string_view text) {
@@ -84,10 +80,7 @@ SmbiosMemoryDevice Reader::RecordOf(const std::string& module) {
     const char* end = digits.data() + digits.size();
     const auto read = std::from_chars(digits.data(), end, handle, 16);
     if (digits.empty() || read.ec != std::errc() || read.ptr != end) return {};
-    const auto found =
-        std::find_if(records_->begin(), records_->end(),
-                     [&](const SmbiosMemoryDevice& record) { return record.handle == handle; });
-    return found == records_->end() ? SmbiosMemoryDevice{} : *found;
+    return RecordWithHandle(*records_, handle);
 }
 
 /// The kernel numbers a CXL memory device and the module that it makes of it alike.
@@ -99,36 +92,16 @@ std::string Reader::CxlText(const std::string& module, const char* attribute) co
 }
 
 SoftwareIdentity_ Reader::ReadModule(const std::string& name) {
-    const SmbiosMemoryDevice record = RecordOf(name);
-    const std::string vendor = HexDigits(Text(name, "nfit/vendor"));
-    const std::string device = HexDigits(Text(name, "nfit/device"));
-    const std::string model = vendor.empty() || device.empty() ? "" : vendor + "-" + device;
-    SoftwareIdentity_ identity;
-    identity.PartNumber = Known(record.part_number);
-    identity.SerialNumber =
-        FirstOf({Known(record.serial_number), Known(HexDigits(Text(name, "nfit/serial"))),
-                 Known(HexDigits(CxlText(name, "serial")))});
-    identity.SoftwareID = FirstOf({identity.PartNumber, model, name});
-    identity.Name = FirstOf({identity.PartNumber, name});
-    identity.ElementName = identity.Name;
-    identity.ProductName = identity.Name;
-    identity.Description = "Persistent memory module";
-    identity.Caption = "NVDIMM";
-    identity.Manufacturer = Known(record.manufacturer);
-    const std::string told = FirstOf({record.firmware_version, CxlText(name, "firmware_version")});
-    if (!redfish::IsNoVersion(told)) identity.VersionString = told;
-    identity.InstanceID = name;
-    identity.Classifications = "10";
-    identity.IsPLDMUpdateSupported = "0";
-    const redfish::Slot slot = redfish::SlotOfLabel(record.locator, redfish::DeviceKind::kMemory);
-    identity.AssociatedAdapterSlot = slot.number;
-    identity.SlotType = redfish::kSlotMemory;
-    if (identity.VersionString.empty()) {
-        Log(4, kLogSource, __LINE__).Stream()
-            << name << ": nobody tells its firmware revision; hardware revision "
-            << Text(name, "nfit/rev_id");
-    }
-    return identity;
+    NvdimmFacts facts;
+    facts.name = name;
+    facts.record = RecordOf(name);
+    facts.vendor = HexDigits(Text(name, "nfit/vendor"));
+    facts.device = HexDigits(Text(name, "nfit/device"));
+    facts.serial = FirstOf(
+        {Known(HexDigits(Text(name, "nfit/serial"))), Known(HexDigits(CxlText(name, "serial")))});
+    facts.firmware = CxlText(name, "firmware_version");
+    facts.hardware_revision = Text(name, "nfit/rev_id");
+    return MakeIdentity(facts);
 }
 
 }  // namespace

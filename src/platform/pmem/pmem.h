@@ -13,7 +13,7 @@ class PmemManger {
     /// Memory modules that the target's Redfish service reports (DSP0268, Memory).
     int GetSoftwareIdentity(const Vantix::VantixConnection::ConnectionInfo& connection,
                             std::vector<Vantix::VantixOptions::SoftwareIdentity_>& list);
-    /// Modules of the local host, in the form of the other one (nvdimm_reader.h). A module whose
+    /// Modules of the local host, in the form of the other one (nvdimm_facts.h). A module whose
     /// firmware revision nobody tells is appended with an empty VersionString.
     int GetSoftwareIdentity(std::vector<Vantix::VantixOptions::SoftwareIdentity_>& list);
 };
