@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/log/log.h"
+#include "platform/raid/arcconf_places.h"
 #include "transport/arcconf/arcconf_command.h"
 #include "transport/arcconf/arcconf_output.h"
 
@@ -18,14 +19,13 @@ using transport::CommandOutcome;
 
 constexpr const char* kLogSource = "arcconf_tool";
 constexpr const char* kProgram = "arcconf";
-// The maker's own package puts it there.
-constexpr std::string_view kOwnFolder = "/usr/Arcconf";
 
 // A recorded tree brings its own program, or has none: this machine's would tell of this machine.
 std::vector<std::string> Programs(const transport::SystemRoot& root) {
-    if (root.IsThisMachine()) return {kProgram, std::string(kOwnFolder) + "/" + kProgram};
+    if (root.IsThisMachine()) return ArcconfPlaces();
     constexpr std::array<std::string_view, 7> kFolders = {
-        "/usr/local/sbin", "/usr/local/bin", "/usr/sbin", "/usr/bin", "/sbin", "/bin", kOwnFolder};
+        "/usr/local/sbin", "/usr/local/bin", "/usr/sbin",   "/usr/bin",
+        "/sbin",           "/bin",           "/usr/Arcconf"};
     std::vector<std::string> programs;
     for (const std::string_view folder : kFolders) {
         const std::string path = root.Resolve(std::string(folder) + "/" + kProgram);

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 
+#include "platform/raid/arcconf_places.h"
 #include "support/arcconf_text.h"
 #include "support/fake_arcconf.h"
 #include "support/system_tree.h"
@@ -15,6 +16,7 @@ namespace {
 using test_support::FakeArcconf;
 using test_support::SystemTree;
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 using testing::IsEmpty;
 using transport::ArcconfProblem;
 using transport::CommandEnd;
@@ -22,13 +24,14 @@ using transport::SystemRoot;
 
 const char* const kGood = "Controllers found: 1\n";
 
-TEST(ArcconfToolTest, MachinesOwnProgramIsLookedUpByNameAndInItsFolder) {
+TEST(ArcconfToolTest, MachinesOwnProgramIsLookedUpInAllItsPlaces) {
     FakeArcconf runner;
-    runner.InstallAt("/usr/Arcconf/arcconf").Answer("list", kGood);
+    const std::vector<std::string> places = ArcconfPlaces();
+    runner.InstallAt(places.back()).Answer("list", kGood);
     const SystemRoot root("/");
     const VantixConnection::RunContext run;
     EXPECT_EQ(ArcconfTool(runner, root, run).List().problem, ArcconfProblem::kNone);
-    EXPECT_THAT(runner.tried, ElementsAre("arcconf", "/usr/Arcconf/arcconf"));
+    EXPECT_THAT(runner.tried, ElementsAreArray(places));
 }
 
 class RecordedToolTest : public testing::Test {
