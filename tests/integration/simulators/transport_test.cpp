@@ -8,6 +8,7 @@
 
 #include "bmc_simulator/certificate.h"
 #include "integration/simulators/small_tree.h"
+#include "support/pattern.h"
 
 namespace simulator_test {
 namespace {
@@ -15,7 +16,7 @@ namespace {
 using simulators::BmcOptions;
 using simulators::BmcSimulator;
 using simulators::TlsVersion;
-using ::testing::MatchesRegex;
+using test_support::HasPattern;
 using ::testing::StartsWith;
 
 constexpr char kRoot[] = "/redfish/v1";
@@ -25,7 +26,7 @@ TEST(BmcSimulatorTransportTest, CertificateIsVerifiedByItsOwnFile) {
     BmcSimulator bmc(tree.Options());
     EXPECT_EQ(TestClient(bmc).Get(kRoot).result, CURLE_OK);
     EXPECT_THAT(bmc.CertificatePem(), StartsWith("-----BEGIN CERTIFICATE-----"));
-    EXPECT_THAT(bmc.Fingerprint(), MatchesRegex("[0-9a-f]{64}"));
+    EXPECT_THAT(bmc.Fingerprint(), HasPattern("^[0-9a-f]{64}$"));
 }
 
 TEST(BmcSimulatorTransportTest, CertificateOfAnotherOneIsNotTrusted) {

@@ -6,13 +6,14 @@
 #include <locale>
 
 #include "platform/log/log_settings.h"
+#include "support/pattern.h"
 #include "support/temporary_folder.h"
 
 namespace Vantix {
 namespace {
 
+using test_support::HasPattern;
 using test_support::TemporaryFolder;
-using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -101,7 +102,7 @@ TEST_F(LogTest, TraceEndTellsTheTimeSinceItsBegin) {
     Configure(3);
     AddDetailTimeDebugLog(3, "place", 1, "[B]", 21, 0, "");
     AddDetailTimeDebugLog(3, "place", 2, "[E]", 21, 1747, "inventory");
-    EXPECT_THAT(Written(), ContainsRegex("\\[E\\] step 21 code 1747 after [0-9]+ ms inventory\n"));
+    EXPECT_THAT(Written(), HasPattern("\\[E\\] step 21 code 1747 after [0-9]+ ms inventory\n"));
 }
 
 TEST_F(LogTest, TraceEndWithoutBeginTellsNoTime) {

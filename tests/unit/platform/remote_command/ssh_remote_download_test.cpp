@@ -110,7 +110,7 @@ TEST_F(SshRemoteCommandTest, LogIsCleanedOfControlCharacters) {
     auto remote = MakeReady();
     FolderHolds("file tarsel.log\n");
     EXPECT_CALL(shell(), Download).WillOnce([](const auto&, const std::string& path, auto) {
-        std::ofstream(path) << "one\n\x1B[2Jtwo\n";
+        std::ofstream(path, std::ios::binary) << "one\n\x1B[2Jtwo\n";
         return Sent();
     });
     EXPECT_EQ(remote->DownloadLogs().code, SUCCEED);
