@@ -7,8 +7,6 @@
 #include <sstream>
 #include <string>
 
-#include "common/files/file_path.h"
-
 namespace test_support {
 
 class TemporaryFolder {
@@ -28,12 +26,12 @@ class TemporaryFolder {
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     [[nodiscard]] std::string Path(const std::string& name) const {
-        return Vantix::FileName(path_) + "/" + name;
+        return FileName(path_) + "/" + name;
     }
 
     /// Writes a file and returns its full path.
     std::string Write(const std::string& name, const std::string& content) const {
-        std::ofstream(Vantix::FilePath(Path(name)), std::ios::binary) << content;
+        std::ofstream(FilePath(Path(name)), std::ios::binary) << content;
         return Path(name);
     }
 
@@ -42,13 +40,22 @@ class TemporaryFolder {
     /// Empty when there is no such file, also when it goes while it is read, as those of processes
     /// do.
     static std::string ReadFile(const std::string& path) {
-        std::ifstream file(Vantix::FilePath(path), std::ios::binary);
+        std::ifstream file(FilePath(path), std::ios::binary);
         std::ostringstream content;
         content << file.rdbuf();
         return content.str();
     }
 
   private:
+    // UTF-8 on every system. Not from the library: tests of the simulators know nothing of it.
+    static std::filesystem::path FilePath(const std::string& name) {
+        return std::u8string(name.begin(), name.end());
+    }
+    static std::string FileName(const std::filesystem::path& path) {
+        const std::u8string name = path.u8string();
+        return {name.begin(), name.end()};
+    }
+
     std::filesystem::path path_;
 };
 
