@@ -23,8 +23,8 @@ class StorageRequests {
     /// The numbers N of the disks that have a name \\.\PhysicalDriveN, in any order.
     [[nodiscard]] virtual std::vector<int> Disks() const = 0;
 
-    /// The answer to one property query (storage_queries.h), at most `most_bytes` of it. Needs no
-    /// rights.
+    /// The answer to one property query (storage_queries.h), at most `most_bytes` of it. Hardly
+    /// a driver wants rights for it.
     [[nodiscard]] virtual DeviceAnswer Query(int disk, const std::string& query,
                                              std::size_t most_bytes) const = 0;
 

@@ -55,6 +55,13 @@ DeviceAnswer Failure() {
         is_denied ? State::kDenied : State::kFailed, {}, "Windows error " + std::to_string(error)};
 }
 
+DeviceAnswer Ask(const Disk& disk, const std::string& query, std::size_t most_bytes) {
+    if (!disk.IsOpen()) return Failure();
+    std::string output(most_bytes, '\0');
+    if (!disk.Control(IOCTL_STORAGE_QUERY_PROPERTY, query, output)) return Failure();
+    return {State::kRead, std::move(output), {}};
+}
+
 /// INQUIRY for a page, with room for the sense data and the page behind it.
 struct PageRequest {
     SCSI_PASS_THROUGH command;
@@ -104,11 +111,14 @@ class DriverRequests : public StorageRequests {
 
     [[nodiscard]] DeviceAnswer Query(int number, const std::string& query,
                                      std::size_t most_bytes) const override {
-        const Disk disk(number, 0);
-        if (!disk.IsOpen()) return Failure();
-        std::string output(most_bytes, '\0');
-        if (!disk.Control(IOCTL_STORAGE_QUERY_PROPERTY, query, output)) return Failure();
-        return {State::kRead, std::move(output), {}};
+        DeviceAnswer answer;
+        // The rights to read and write are not needed by what is asked here, but some drivers
+        // want them.
+        for (const DWORD access : {DWORD{0}, DWORD{GENERIC_READ | GENERIC_WRITE}}) {
+            answer = Ask(Disk(number, access), query, most_bytes);
+            if (answer.state != State::kDenied) break;
+        }
+        return answer;
     }
 
     [[nodiscard]] DeviceAnswer ReadPage(int number, std::uint8_t page,

@@ -92,6 +92,9 @@ class Reader {
 
   private:
     [[nodiscard]] std::string Answer(const std::string& query, const char* what) const;
+    void NoteDenied(const DeviceAnswer& answer) const {
+        if (answer.state == DeviceAnswer::State::kDenied) root_.AddDenied("\\\\.\\" + node_);
+    }
     void ReadDevice();
     [[nodiscard]] std::string ReasonToLeaveOut() const;
     void TakeDevice();
@@ -114,6 +117,7 @@ std::string Reader::Answer(const std::string& query, const char* what) const {
     const std::size_t most = std::max(kMostAnswer, query.size());
     DeviceAnswer answer = storage_.Query(number_, query, most);
     if (answer.state == DeviceAnswer::State::kRead) return std::move(answer.data);
+    NoteDenied(answer);
     Log(4, kLogSource, __LINE__).Stream()
         << node_ << " does not tell its " << what << ": " << answer.cause;
     return {};
@@ -183,7 +187,7 @@ void Reader::Compare(const std::string& firmware) {
 void Reader::AskAtaPage() {
     constexpr std::uint8_t kAtaInformation = 0x89;
     const DeviceAnswer answer = storage_.ReadPage(number_, kAtaInformation, kMostAnswer);
-    if (answer.state == DeviceAnswer::State::kDenied) root_.AddDenied("\\\\.\\" + node_);
+    NoteDenied(answer);
     const auto told = ReadAtaPage(answer.data);
     if (!told || told->firmware.empty()) {
         Log(2, kLogSource, __LINE__).Stream()

@@ -44,6 +44,9 @@ class FakeStorage : public StorageRequests {
         return *this;
     }
     FakeStorage& Device(int disk, const ADevice& device) { return On(disk, 0, device.Bytes()); }
+    void Deny(int disk, int property) {
+        answers_[disk][property] = {DeviceAnswer::State::kDenied, {}, "Windows error 5"};
+    }
     FakeStorage& Page(int disk, DeviceAnswer answer) {
         pages_[disk] = std::move(answer);
         return *this;
@@ -134,6 +137,13 @@ TEST_F(StorageSurveyTest, NvmeDiskThatIsNotAskedIsWhatItsDriverShows) {
     ASSERT_THAT(list, SizeIs(1));
     EXPECT_EQ(list[0].VersionString, "2.0.1");
     EXPECT_EQ(list[0].SerialNumber, "");
+}
+
+TEST_F(StorageSurveyTest, ControllerForAdministratorsIsListedAsDenied) {
+    storage_.Device(0, {"NVMe", "Example NVMe 4T", "2.0.1", "0011_2233.", kNvme});
+    storage_.Deny(0, 49);
+    EXPECT_EQ(Read()[0].VersionString, "2.0.1");
+    EXPECT_THAT(root_.DeniedPaths(), ElementsAre("\\\\.\\PhysicalDrive0"));
 }
 
 TEST_F(StorageSurveyTest, SasDiskIsWhatItsDriverShows) {
