@@ -142,7 +142,11 @@ CommandOutcome RawIpmiRunner::RunTool(const Command& command, const std::string&
     const auto at = std::distance(command.arguments.begin(), FindLocalInterface(command.arguments));
     plain.arguments.erase(plain.arguments.begin() + at, plain.arguments.begin() + at + 2);
     CommandOutcome outcome = tool_.Run(plain);
-    if (outcome.end != CommandEnd::kNotFound) return outcome;
+    if (outcome.end != CommandEnd::kNotFound) {
+        // The tool's own words stay the last ones, by which its failures are told.
+        outcome.error_output.insert(0, "No IPMI driver: " + cause + "\n");
+        return outcome;
+    }
     outcome.end = CommandEnd::kExited;
     outcome.exit_status = 1;
     outcome.error_output = std::string(kNothingToAskThrough) + ": " + cause + "\n";

@@ -16,9 +16,10 @@ class RawIpmiRunner : public CommandRunner {
 
     /// A command of IpmiToolCommand. For this machine's BMC the lines "raw", "echo" and "sdr elist
     /// fru" of its script are answered by the driver; where that cannot be opened the program runs,
-    /// with the interface that it takes of itself, because those have other names here. Neither is
-    /// there: the outcome of a program that finds no device, with the cause in its words. A driver
-    /// that does not answer within the command's time limit ends the session as timed out.
+    /// with the interface that it takes of itself, because those have other names here, and the
+    /// cause stands before what it says of errors. Neither is there: the outcome of a program that
+    /// finds no device, with the cause in its words. A driver that does not answer within the
+    /// command's time limit ends the session as timed out.
     [[nodiscard]] CommandOutcome Run(const Command& command) override;
 
   private:

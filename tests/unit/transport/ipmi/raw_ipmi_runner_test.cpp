@@ -120,6 +120,15 @@ TEST_F(RawIpmiRunnerTest, ToolRunsWhereThereIsNoDriverAndTakesItsOwnInterface) {
     EXPECT_THAT(tool_.commands[0].arguments, Not(Contains("-I")));
     EXPECT_THAT(tool_.commands[0].arguments, Not(Contains("open")));
     EXPECT_THAT(tool_.commands[0].arguments, Contains("exec"));
+    EXPECT_EQ(outcome.error_output, "No IPMI driver: the driver shows no device\n");
+}
+
+TEST_F(RawIpmiRunnerTest, FailureOfTheToolIsToldInItsOwnWords) {
+    script_.Fail("the driver shows no device");
+    tool_.FailNext("No hostname specified!\n");
+    const IpmiFailure failure = FailureOfRun(Run({kDeviceIdLine}));
+    EXPECT_EQ(failure.problem, IpmiProblem::kOther);
+    EXPECT_EQ(failure.text, "No hostname specified!");
 }
 
 TEST_F(RawIpmiRunnerTest, NeitherDriverNorToolIsAMissingDevice) {
