@@ -39,7 +39,7 @@ class RecordedToolTest : public testing::Test {
     RecordedToolTest() { tree_.File("/usr/sbin/arcconf", "#!/bin/sh\n"); }
 
     [[nodiscard]] std::string ToolPath() const {
-        return std::filesystem::canonical(tree_.Root()).string() + "/usr/sbin/arcconf";
+        return std::filesystem::canonical(tree_.Root()).generic_string() + "/usr/sbin/arcconf";
     }
 
     SystemTree tree_;
