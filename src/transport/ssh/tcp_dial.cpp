@@ -11,6 +11,7 @@
 #include <thread>
 #include <vector>
 
+#include "transport/ssh/native_socket.h"
 #include "transport/text/text_cleaning.h"
 
 namespace Vantix::transport {
@@ -112,7 +113,7 @@ Dialed HandOver(tcp::socket& socket) {
     // A blocking socket could hold up a large write for ever.
     socket.native_non_blocking(true, ignored);
     error_code error;
-    const NativeSocket native = socket.release(error);
+    const NativeSocket native = TakeOver(socket, error);
     if (error) return {{SshProblem::kRefused, CleanText(error.message())}, {}};
     return {{}, native};
 }
@@ -136,14 +137,6 @@ Dialed DialTcp(const std::string& host, int port, const StepLimit& limit,
         last = NotConnected(place, error);
     }
     return {last, {}};
-}
-
-void CloseSocket(NativeSocket socket) {
-    boost::asio::io_context context;
-    tcp::socket owner(context);
-    error_code ignored;
-    owner.assign(tcp::v4(), socket, ignored);
-    owner.close(ignored);
 }
 
 }  // namespace Vantix::transport

@@ -28,10 +28,10 @@ Command CommandFor(const IpmiTarget& target, const IpmiTry& attempt = {}) {
 }
 
 TEST(IpmiToolCommandTest, WholeArgumentVectorIsAsWritten) {
-    EXPECT_THAT(
-        CommandFor(kTarget).arguments,
-        ElementsAre("-v", "-I", "lanplus", "-H", "127.0.0.1", "-p", "16623", "-U", "operator", "-f",
-                    "/dev/fd/3", "-C", "17", "-N", "2", "-R", "2", "exec", "/dev/fd/4"));
+    EXPECT_THAT(CommandFor(kTarget).arguments,
+                ElementsAre("-v", "-I", "lanplus", "-H", "127.0.0.1", "-p", "16623", "-U",
+                            "operator", "-f", PassedTextPath(0), "-C", "17", "-N", "2", "-R", "2",
+                            "exec", PassedTextPath(1)));
 }
 
 TEST(IpmiToolCommandTest, PasswordStandsInAPassedTextOnly) {
@@ -64,13 +64,13 @@ TEST(IpmiToolCommandTest, EmptyPasswordIsNotPassedAsAFile) {
     const Command command = CommandFor({"127.0.0.1", 623, "guest", ""});
     EXPECT_THAT(command.arguments, Not(Contains("-f")));
     EXPECT_EQ(command.passed_texts.size(), 1U);
-    EXPECT_EQ(ValueOf(command, "exec"), "/dev/fd/3");
+    EXPECT_EQ(ValueOf(command, "exec"), PassedTextPath(0));
 }
 
 TEST(IpmiToolCommandTest, LocalInterfaceNeedsNoAccount) {
     const Command command = CommandFor({"", 623, "operator", "invented-pass"});
     EXPECT_THAT(command.arguments,
-                ElementsAre("-v", "-I", "open", "-N", "2", "-R", "2", "exec", "/dev/fd/3"));
+                ElementsAre("-v", "-I", "open", "-N", "2", "-R", "2", "exec", PassedTextPath(0)));
     EXPECT_THAT(command.passed_texts, Not(Contains("invented-pass")));
 }
 
