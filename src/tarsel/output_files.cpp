@@ -1,5 +1,6 @@
 #include "tarsel/output_files.h"
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -65,7 +66,9 @@ bool SetAsideFetchedScanXml(const std::string& folder,
     const fs::path file = Vantix::FilePath(FileIn(folder, kScanXmlName));
     if (!fs::is_regular_file(fs::symlink_status(file, error))) return false;
     const auto written = fs::last_write_time(file, error);
-    if (error || fs::file_time_type::clock::to_sys(written) < started) return false;
+    // Some systems tell the time of a file in whole seconds.
+    const auto earliest = std::chrono::floor<std::chrono::seconds>(started);
+    if (error || fs::file_time_type::clock::to_sys(written) < earliest) return false;
     fs::path aside = file;
     aside += ".remote";
     fs::rename(file, aside, error);

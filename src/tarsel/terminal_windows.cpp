@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
+#include <cstring>
 #include <string_view>
 
 #include "platform/os/wide_text_windows.h"
@@ -123,6 +125,35 @@ ReadState ReadLine(int descriptor, std::string& line) {
     return ReadState::kOk;
 }
 
+bool IsFolder(HANDLE file) {
+    BY_HANDLE_FILE_INFORMATION facts{};
+    return GetFileInformationByHandle(file, &facts) != 0 &&
+           (facts.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+ReadState ReadFirstLine(HANDLE file, std::string& line) {
+    line.clear();
+    line.reserve(kLongestPassword);
+    char letter = 0;
+    for (;;) {
+        DWORD count = 0;
+        if (ReadFile(file, &letter, 1, &count, nullptr) == 0) return ReadState::kFailed;
+        if (count == 0 || letter == '\n') break;
+        if (line.size() == kLongestPassword) return ReadState::kTooLong;
+        line += letter;
+    }
+    if (line.ends_with('\r')) line.pop_back();
+    return line.empty() ? ReadState::kEmpty : ReadState::kOk;
+}
+
+// The run-time library keeps a copy of the environment, and the system its own.
+void WipeEnvironmentVariable(const char* name, const std::wstring& wide_name, DWORD size) {
+    if (char* const copy = std::getenv(name)) SecureZeroMemory(copy, std::strlen(copy));
+    SetEnvironmentVariableW(wide_name.c_str(), std::wstring(size - 1, L'*').c_str());
+    _wputenv_s(wide_name.c_str(), L"");
+    SetEnvironmentVariableW(wide_name.c_str(), nullptr);
+}
+
 }  // namespace
 
 bool IsErrorOutputInteractive() {
@@ -155,22 +186,14 @@ ReadState PromptWithoutEcho(const std::string& prompt, const std::function<bool(
 }
 
 ReadState ReadPrivateFileLine(const std::string& file, std::string& line) {
+    // With that flag folders open, too, and are told from names that do not exist.
     const OwnedHandle handle(CreateFileW(Vantix::WideOf(file).c_str(), GENERIC_READ | READ_CONTROL,
                                          FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                         FILE_ATTRIBUTE_NORMAL, nullptr));
+                                         FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     if (!handle.IsOpen()) return ReadState::kMissing;
+    if (IsFolder(handle.Get())) return ReadState::kFailed;
     if (IsOpenToOthers(handle.Get())) return ReadState::kTooOpen;
-    line.clear();
-    line.reserve(kLongestPassword);
-    char letter = 0;
-    DWORD count = 0;
-    while (ReadFile(handle.Get(), &letter, 1, &count, nullptr) != 0 && count == 1) {
-        if (letter == '\n') break;
-        if (line.size() == kLongestPassword) return ReadState::kTooLong;
-        line += letter;
-    }
-    if (line.ends_with('\r')) line.pop_back();
-    return line.empty() ? ReadState::kEmpty : ReadState::kOk;
+    return ReadFirstLine(handle.Get(), line);
 }
 
 std::string HowToCloseToOthers() {
@@ -200,7 +223,7 @@ bool TakeEnvironmentVariable(const char* name, std::string& value) {
     wide.resize(std::min(length, size));
     value = Vantix::Utf8Of(wide);
     SecureZeroMemory(wide.data(), wide.size() * sizeof(wchar_t));
-    SetEnvironmentVariableW(wide_name.c_str(), nullptr);
+    WipeEnvironmentVariable(name, wide_name, size);
     return !value.empty();
 }
 
@@ -215,6 +238,8 @@ void OccupyStandardDescriptors() {
     occupy(kStandardInput, _O_WRONLY);
     occupy(kStandardOutput, _O_RDONLY);
     occupy(kStandardError, _O_RDONLY);
+    // Lines end as on every system; a console shows them just the same.
+    _setmode(kStandardError, _O_BINARY);
 }
 
 // A console takes UTF-16 whole; written byte by byte, letters of several bytes would break.

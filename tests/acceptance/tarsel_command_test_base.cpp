@@ -10,6 +10,12 @@ void CopyVariable(const char* name, std::map<std::string, std::string>& environm
     if (const char* const value = std::getenv(name)) environment[name] = value;
 }
 
+// The built command, or another one for the same machines and the same expectations.
+std::string CommandUnderTest() {
+    const char* const other = std::getenv("TARSEL_COMMAND_UNDER_TEST");
+    return other == nullptr ? TARSEL_COMMAND : other;
+}
+
 }  // namespace
 
 simulators::BmcOptions TarselCommandTestBase::Bmc(const std::string& scenario) {
@@ -38,7 +44,7 @@ std::string TarselCommandTestBase::Output(const std::string& file) const {
 
 test_support::ChildSetup TarselCommandTestBase::Command(const Arguments& arguments) const {
     test_support::ChildSetup setup;
-    setup.arguments = {TARSEL_COMMAND};
+    setup.arguments = {CommandUnderTest()};
     setup.arguments.insert(setup.arguments.end(), arguments.begin(), arguments.end());
     setup.environment = {{"PATH", "/usr/bin:/bin"}, {"HOME", folder_.Path("home")}};
     setup.folder = folder_.Path("");

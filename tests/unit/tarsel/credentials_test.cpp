@@ -2,27 +2,28 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdlib>
 
+#include "file_access.h"
+#include "support/environment.h"
 #include "support/temporary_folder.h"
 
 namespace tarsel {
 namespace {
 
+using test_support::SetVariable;
 using testing::HasSubstr;
 using testing::Not;
 
 class CredentialsTest : public testing::Test {
   protected:
-    CredentialsTest() { unsetenv(kPasswordVariable); }
-    ~CredentialsTest() override { unsetenv(kPasswordVariable); }
+    CredentialsTest() { SetVariable(kPasswordVariable, nullptr); }
+    ~CredentialsTest() override { SetVariable(kPasswordVariable, nullptr); }
 
     [[nodiscard]] std::string PrivateFile(const std::string& content) const {
         const std::string file = folder_.Write("secret", content);
-        chmod(file.c_str(), 0600);
+        CloseToOthers(file);
         return file;
     }
 
@@ -40,7 +41,7 @@ class CredentialsTest : public testing::Test {
 };
 
 TEST_F(CredentialsTest, EnvironmentVariableIsUsedAndTakenAway) {
-    setenv(kPasswordVariable, "FakePass1", 1);
+    SetVariable(kPasswordVariable, "FakePass1");
     const PasswordResult result = Find();
     EXPECT_TRUE(result.is_found);
     EXPECT_EQ(result.password, "FakePass1");
@@ -48,7 +49,7 @@ TEST_F(CredentialsTest, EnvironmentVariableIsUsedAndTakenAway) {
 }
 
 TEST_F(CredentialsTest, VariableIsTakenAwayEvenWhenAnotherSourceWins) {
-    setenv(kPasswordVariable, "FakePass1", 1);
+    SetVariable(kPasswordVariable, "FakePass1");
     EXPECT_EQ(FromFile(PrivateFile("FakePass2\n")).password, "FakePass2");
     EXPECT_EQ(std::getenv(kPasswordVariable), nullptr);
 }
@@ -66,7 +67,7 @@ TEST_P(CredentialsOfOwnMachineTest, WithoutAUserNothingIsAskedFor) {
 }
 
 TEST_P(CredentialsOfOwnMachineTest, WithoutAUserTheVariableIsTakenAwayUnused) {
-    setenv(kPasswordVariable, "FakePass1", 1);
+    SetVariable(kPasswordVariable, "FakePass1");
     EXPECT_EQ(Find().password, "");
     EXPECT_EQ(std::getenv(kPasswordVariable), nullptr);
 }
@@ -91,19 +92,6 @@ TEST_F(CredentialsTest, FileWithoutLineEndAndWithWindowsLineEndWork) {
     EXPECT_EQ(FromFile(PrivateFile("FakePass1\r\n")).password, "FakePass1");
 }
 
-class CredentialsModeTest : public CredentialsTest, public testing::WithParamInterface<int> {};
-
-TEST_P(CredentialsModeTest, FileOpenToOthersIsRefusedWithTheCure) {
-    const std::string file = PrivateFile("FakePass1\n");
-    ASSERT_EQ(chmod(file.c_str(), static_cast<mode_t>(GetParam())), 0);
-    const PasswordResult result = FromFile(file);
-    EXPECT_FALSE(result.is_found);
-    EXPECT_TRUE(result.password.empty());
-    EXPECT_THAT(result.error, HasSubstr("chmod 600"));
-}
-
-INSTANTIATE_TEST_SUITE_P(Modes, CredentialsModeTest, testing::Values(0640, 0604, 0620, 0602, 0777));
-
 TEST_F(CredentialsTest, MissingFileIsNamed) {
     const PasswordResult result = FromFile(folder_.Path("missing"));
     EXPECT_FALSE(result.is_found);
@@ -126,18 +114,6 @@ TEST_F(CredentialsTest, EndlessLineIsRefusedAndNotRepeated) {
     EXPECT_THAT(result.error, Not(HasSubstr("xxx")));
 }
 
-TEST_F(CredentialsTest, DescriptorGivesItsFirstLineAndKeepsTheRest) {
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    ASSERT_EQ(write(ends[1], "FakePass1\nrest", 14), 14);
-    arguments_.password.descriptor = ends[0];
-    EXPECT_EQ(Find().password, "FakePass1");
-    char rest[8] = {};
-    EXPECT_EQ(read(ends[0], rest, sizeof rest), 4);
-    close(ends[0]);
-    close(ends[1]);
-}
-
 TEST_F(CredentialsTest, DescriptorThatIsNotOpenIsNamed) {
     arguments_.password.descriptor = 987;
     const PasswordResult result = Find();
@@ -145,22 +121,13 @@ TEST_F(CredentialsTest, DescriptorThatIsNotOpenIsNamed) {
     EXPECT_THAT(result.error, HasSubstr("987"));
 }
 
-TEST_F(CredentialsTest, ClosedDescriptorGivesNoPassword) {
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    close(ends[1]);
-    arguments_.password.descriptor = ends[0];
-    EXPECT_THAT(Find().error, HasSubstr("is empty"));
-    close(ends[0]);
-}
-
 class CredentialsOverSshTest : public CredentialsTest {
   protected:
     CredentialsOverSshTest() {
-        unsetenv(kPassphraseVariable);
+        SetVariable(kPassphraseVariable, nullptr);
         arguments_.kind = TargetKind::kRemoteOs;
     }
-    ~CredentialsOverSshTest() override { unsetenv(kPassphraseVariable); }
+    ~CredentialsOverSshTest() override { SetVariable(kPassphraseVariable, nullptr); }
 
     PasswordResult FindPhrase() {
         return FindPassphrase(arguments_, [] { return false; });
@@ -181,12 +148,12 @@ TEST_F(CredentialsOverSshTest, NamedKeyNeedsNoPassword) {
 
 TEST_F(CredentialsOverSshTest, PasswordBesideANamedKeyIsTaken) {
     UseKey("x");
-    setenv(kPasswordVariable, "FakePass1", 1);
+    SetVariable(kPasswordVariable, "FakePass1");
     EXPECT_EQ(Find().password, "FakePass1");
 }
 
 TEST_F(CredentialsOverSshTest, WithoutKeyThereIsNoPassphrase) {
-    setenv(kPassphraseVariable, "FakePhrase1", 1);
+    SetVariable(kPassphraseVariable, "FakePhrase1");
     const PasswordResult result = FindPhrase();
     EXPECT_TRUE(result.is_found);
     EXPECT_EQ(result.password, "");
@@ -195,16 +162,16 @@ TEST_F(CredentialsOverSshTest, WithoutKeyThereIsNoPassphrase) {
 
 TEST_F(CredentialsOverSshTest, PassphraseComesFromTheEnvironment) {
     UseKey(kEncrypted);
-    setenv(kPassphraseVariable, "FakePhrase1", 1);
+    SetVariable(kPassphraseVariable, "FakePhrase1");
     EXPECT_EQ(FindPhrase().password, "FakePhrase1");
     EXPECT_EQ(std::getenv(kPassphraseVariable), nullptr);
 }
 
 TEST_F(CredentialsOverSshTest, PassphraseFileOutranksTheEnvironment) {
     UseKey(kEncrypted);
-    setenv(kPassphraseVariable, "FakePhrase1", 1);
+    SetVariable(kPassphraseVariable, "FakePhrase1");
     arguments_.remote.passphrase.file = folder_.Write("phrase", "FakePhrase2\n");
-    chmod(arguments_.remote.passphrase.file.c_str(), 0600);
+    CloseToOthers(arguments_.remote.passphrase.file);
     EXPECT_EQ(FindPhrase().password, "FakePhrase2");
 }
 
