@@ -30,6 +30,7 @@ int HexValue(char letter) {
 
 // What OpenSSL's usual security level asks for: RSA with 2048 bits (NIST SP 800-57).
 constexpr int kLeastSecurityBits = 112;
+constexpr int kLeastSecurityLevel = 2;
 
 // Anybody can work out a short enough key, whatever the fingerprint of its certificate.
 bool IsKeyStrong(X509* certificate) {
@@ -63,6 +64,9 @@ CURLcode ConfigureContext(CURL*, void* ssl_context, void* trust_pointer) {
     if (trust->IsLegacyAllowed()) {
         SSL_CTX_set_security_level(context, 0);
         SSL_CTX_set_options(context, SSL_OP_LEGACY_SERVER_CONNECT);
+    } else if (SSL_CTX_get_security_level(context) < kLeastSecurityLevel) {
+        // OpenSSL as its makers build it asks for less than the distributions do.
+        SSL_CTX_set_security_level(context, kLeastSecurityLevel);
     }
     if (trust->IsPinned()) {
         // libcurl was told not to verify, so that it loads no store; without this line OpenSSL
@@ -148,10 +152,8 @@ void TlsTrust::Apply(CURL* easy) {
         curl_easy_setopt(easy, CURLOPT_SSL_CIPHER_LIST, "DEFAULT:@SECLEVEL=0");
     }
     ApplyTrust(easy);
-    if (pin_ || settings_.legacy_tls) {
-        curl_easy_setopt(easy, CURLOPT_SSL_CTX_FUNCTION, &ConfigureContext);
-        curl_easy_setopt(easy, CURLOPT_SSL_CTX_DATA, this);
-    }
+    curl_easy_setopt(easy, CURLOPT_SSL_CTX_FUNCTION, &ConfigureContext);
+    curl_easy_setopt(easy, CURLOPT_SSL_CTX_DATA, this);
 }
 
 namespace {
