@@ -9,8 +9,8 @@ import sys
 import xml.etree.ElementTree as ElementTree
 from collections import defaultdict
 
-# GoogleTest: "file:line: Skipped", then the reason.
-REASON = re.compile(r": Skipped\r?\n([^\r\n]+)")
+# GoogleTest: "file:line: Skipped", then the reason. Scripts: "skipped: " and the reason.
+REASON = re.compile(r"(?:: Skipped\r?\n|^skipped: )([^\r\n]+)", re.MULTILINE)
 
 
 def reason_of(case):

@@ -20,19 +20,21 @@ export CCACHE_SLOPPINESS=pch_defines,time_macros
 
 # Of others, once a machine: in a folder outside the clone.
 build_libraries() {
-    TARSEL_JOBS=$(parallel_jobs) TARSEL_WINDOWS_DEPS=$(cmake/windows/build-deps.sh "$cache") || return 1
+    TARSEL_WINDOWS_DEPS=$(TARSEL_JOBS=$(parallel_jobs) cmake/windows/build-deps.sh "$cache") ||
+        return 1
     export TARSEL_WINDOWS_DEPS
 }
 
-# The simulated machines and the program whose scans are the yardstick; those of the tests' own
-# build where it is there.
-linux_preset() { [ -e build/dev/CMakeCache.txt ] && echo dev || echo demo; }
-
+# What the Windows program is compared with: simulated machines, the Linux program and its tests.
 build_linux_side() {
-    local preset
-    preset=$(linux_preset)
-    configure "$preset" &&
-        cmake --build --preset "$preset" --target tarsel bmc_simulator --parallel "$(parallel_jobs)"
+    configure dev && cmake --build --preset dev --parallel "$(parallel_jobs)" \
+        --target tarsel bmc_simulator tarsel_acceptance_test
+}
+
+# Tests of the Linux program that the acceptance test leaves out, with the reasons that stand there.
+tell_left_out() {
+    closing_lines+=("acceptance tests left out:"
+        "$(sed -n '/^left_out=(/,/^)/{//d;p;}' tests/windows/acceptance.sh)")
 }
 
 main() {
@@ -42,8 +44,9 @@ main() {
     stage "windows-mingw: configure" configure windows-mingw -DTARSEL_PRECOMPILE_TEST_HEADERS=ON
     stage "windows-mingw: build" build windows-mingw
     [ "${1-}" != --build ] || return 0
-    stage "linux: simulator and tool" build_linux_side
+    stage "dev: what is compared" build_linux_side
     stage "windows-mingw: tests" run_tests windows-mingw
+    tell_left_out
     tell_stages
 }
 
