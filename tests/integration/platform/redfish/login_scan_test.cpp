@@ -3,11 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "common/result/result_codes.h"
 #include "integration/platform/redfish/bmc_scan.h"
 #include "platform/log/log_settings.h"
+#include "support/environment.h"
 
 namespace Vantix::redfish {
 namespace {
@@ -132,11 +131,11 @@ TEST(TrustedServiceTest, UncheckedCertificateIsTheUsersWish) {
 TEST(ProxyTest, OfTheEnvironmentIsIgnored) {
     BmcSimulator bmc(Scenario("rack-server"));
     for (const char* name : {"http_proxy", "https_proxy", "all_proxy", "HTTPS_PROXY"}) {
-        ::setenv(name, "http://127.0.0.1:9", 1);
+        test_support::SetVariable(name, "http://127.0.0.1:9");
     }
     const ScanOutcome outcome = Scan(OptionFor(bmc));
     for (const char* name : {"http_proxy", "https_proxy", "all_proxy", "HTTPS_PROXY"}) {
-        ::unsetenv(name);
+        test_support::SetVariable(name, nullptr);
     }
     EXPECT_TRUE(outcome.Succeeded());
 }

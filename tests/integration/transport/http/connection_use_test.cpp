@@ -1,9 +1,8 @@
 // How connections are opened, kept and limited.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "integration/transport/http/http_client.h"
+#include "support/environment.h"
 #include "transport/http/polite_transport.h"
 
 namespace Vantix::transport {
@@ -21,7 +20,7 @@ class DeadProxyEnvironment {
   private:
     static void Set(const char* value) {
         for (const char* name : {"https_proxy", "HTTPS_PROXY", "http_proxy", "all_proxy"}) {
-            value == nullptr ? unsetenv(name) : setenv(name, value, 1);
+            test_support::SetVariable(name, value);
         }
     }
 };
