@@ -125,6 +125,18 @@ build_pugixml() {
     "$triplet-gcc-ar-posix" rcs "$prefix/lib/libpugixml.a" "$work/pugixml.o"
 }
 
+# For answers that a service compresses without being asked.
+build_zlib() {
+    local folder
+    source_of zlib
+    folder=$(unpacked zlib)
+    keep_licence "$folder/LICENSE" zlib
+    mkdir -p "$work/zlib-objects"
+    (cd "$work/zlib-objects" && "$triplet-gcc-posix" -O2 -c "$folder"/*.c)
+    cp "$folder/zlib.h" "$folder/zconf.h" "$prefix/include/"
+    "$triplet-gcc-ar-posix" rcs "$prefix/lib/libz.a" "$work"/zlib-objects/*.o
+}
+
 build_openssl() {
     local folder
     source_of openssl
@@ -157,13 +169,24 @@ cmake_build() {
 
 system_libraries='-lws2_32 -lcrypt32 -lgdi32 -ladvapi32 -luser32 -lbcrypt'
 
+build_nghttp2() {
+    local folder
+    source_of nghttp2
+    folder=$(unpacked nghttp2)
+    keep_licence "$folder/COPYING" nghttp2
+    # Two clocks would be found, of which it then uses neither whole.
+    cmake_build nghttp2 "$folder" -DENABLE_LIB_ONLY=ON -DENABLE_STATIC_LIB=ON \
+        -DENABLE_SHARED_LIB=OFF -DHAVE_CLOCK_GETTIME=OFF
+}
+
 build_curl() {
     local folder
     source_of curl
     folder=$(unpacked curl)
     keep_licence "$folder/COPYING" curl
     cmake_build curl "$folder" -DBUILD_CURL_EXE=OFF -DBUILD_TESTING=OFF -DHTTP_ONLY=ON \
-        -DCURL_ZLIB=OFF -DCURL_USE_LIBSSH2=OFF -DCURL_USE_LIBPSL=OFF -DUSE_LIBIDN2=OFF \
+        -DCURL_ZLIB=ON -DUSE_NGHTTP2=ON -DCMAKE_C_FLAGS=-DNGHTTP2_STATICLIB \
+        -DCURL_USE_LIBSSH2=OFF -DCURL_USE_LIBPSL=OFF -DUSE_LIBIDN2=OFF \
         -DCURL_DISABLE_LDAP=ON -DENABLE_MANUAL=OFF -DCURL_USE_OPENSSL=ON \
         -DOPENSSL_ROOT_DIR="$prefix" -DOPENSSL_USE_STATIC_LIBS=ON \
         "-DCMAKE_C_STANDARD_LIBRARIES=$system_libraries"
@@ -185,7 +208,9 @@ private_apt
 link_headers
 build_boost_filesystem
 build_pugixml
+build_zlib
 build_openssl
+build_nghttp2
 build_curl
 build_libssh
 date -u +%Y-%m-%d >"$prefix/complete"
