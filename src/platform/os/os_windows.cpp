@@ -2,11 +2,14 @@
 
 #include <windows.h>
 
+#include <sddl.h>
+
 #include <algorithm>
 #include <chrono>
 #include <random>
 #include <string_view>
 #include <thread>
+#include <vector>
 
 #include "platform/os/wide_text_windows.h"
 
@@ -55,6 +58,45 @@ bool WriteAll(HANDLE file, std::string_view text) {
     return true;
 }
 
+HANDLE OpenOrMake(const std::string& path, DWORD access) {
+    return CreateFileW(WideOf(path).c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                       OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
+// This user as Windows writes it, "S-1-5-21-..."; empty when it does not tell.
+std::wstring OwnIdentity() {
+    HANDLE token = nullptr;
+    if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token) == 0) return {};
+    DWORD size = 0;
+    GetTokenInformation(token, TokenUser, nullptr, 0, &size);
+    std::vector<unsigned char> memory(size);
+    const bool is_told =
+        size > 0 && GetTokenInformation(token, TokenUser, memory.data(), size, &size) != 0;
+    CloseHandle(token);
+    wchar_t* text = nullptr;
+    if (!is_told || ConvertSidToStringSidW(
+                        reinterpret_cast<const TOKEN_USER*>(memory.data())->User.Sid, &text) == 0) {
+        return {};
+    }
+    std::wstring identity(text);
+    LocalFree(text);
+    return identity;
+}
+
+// The folder may leave its files to more people than this user, the administrators and the system.
+void CloseToOthers(HANDLE file) {
+    const std::wstring own = OwnIdentity();
+    if (own.empty()) return;
+    const std::wstring list = L"D:P(A;;FA;;;SY)(A;;FA;;;BA)(A;;FA;;;" + own + L")";
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    if (ConvertStringSecurityDescriptorToSecurityDescriptorW(list.c_str(), SDDL_REVISION_1,
+                                                             &descriptor, nullptr) == 0) {
+        return;
+    }
+    SetKernelObjectSecurity(file, DACL_SECURITY_INFORMATION, descriptor);
+    LocalFree(descriptor);
+}
+
 }  // namespace
 
 std::string GetModuleDirectory() {
@@ -76,12 +118,13 @@ std::int64_t MonotonicSeconds() {
     return std::chrono::duration_cast<std::chrono::seconds>(now).count();
 }
 
-// A user's own folders are closed to others by inheritance; a file made there is private already.
 bool MakePrivateFile(const std::string& path) {
-    const HANDLE file =
-        CreateFileW(WideOf(path).c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                    nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    HANDLE file = OpenOrMake(path, FILE_APPEND_DATA | WRITE_DAC);
+    // The list of somebody else's file is not ours to change.
+    if (file == INVALID_HANDLE_VALUE) file = OpenOrMake(path, FILE_APPEND_DATA);
     if (file == INVALID_HANDLE_VALUE) return false;
+    // Never touch that of a device.
+    if (GetFileType(file) == FILE_TYPE_DISK) CloseToOthers(file);
     CloseHandle(file);
     return true;
 }

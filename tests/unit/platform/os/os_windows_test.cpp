@@ -1,7 +1,15 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <windows.h>
+
+#include <aclapi.h>
+#include <sddl.h>
 
 #include <filesystem>
 #include <iterator>
+
+// A macro of the system's headers that would rename our own function.
+#undef ReplaceFile
 
 #include "common/files/file_path.h"
 #include "platform/os/os.h"
@@ -40,6 +48,40 @@ TEST(OsTest, PrivateFileKeepsItsContent) {
     const TemporaryFolder folder;
     EXPECT_TRUE(MakePrivateFile(folder.Write("old", "content")));
     EXPECT_EQ(folder.Read("old"), "content");
+}
+
+// The access list of a file as text: "D:(A;;FA;;;SY)...".
+std::string AccessList(const std::string& path) {
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    const DWORD error =
+        GetNamedSecurityInfoA(path.c_str(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr,
+                              nullptr, nullptr, nullptr, &descriptor);
+    if (error != ERROR_SUCCESS) return "error " + std::to_string(error);
+    char* text = nullptr;
+    ConvertSecurityDescriptorToStringSecurityDescriptorA(descriptor, SDDL_REVISION_1,
+                                                         DACL_SECURITY_INFORMATION, &text, nullptr);
+    const std::string list(text);
+    LocalFree(text);
+    LocalFree(descriptor);
+    return list;
+}
+
+void OpenToEverybody(const std::string& path) {
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    ConvertStringSecurityDescriptorToSecurityDescriptorA("D:P(A;;FA;;;WD)", SDDL_REVISION_1,
+                                                         &descriptor, nullptr);
+    SetFileSecurityA(path.c_str(), DACL_SECURITY_INFORMATION, descriptor);
+    LocalFree(descriptor);
+}
+
+TEST(OsTest, PrivateFileIsClosedToEverybodyElse) {
+    const TemporaryFolder folder;
+    const std::string file = folder.Write("old", "content");
+    OpenToEverybody(file);
+    ASSERT_THAT(AccessList(file), testing::HasSubstr("WD)"));
+    EXPECT_TRUE(MakePrivateFile(file));
+    EXPECT_THAT(AccessList(file), testing::Not(testing::HasSubstr("WD)")));
+    EXPECT_THAT(AccessList(file), testing::HasSubstr("(A;;FA;;;SY)"));
 }
 
 TEST(OsTest, PrivateFileInAMissingFolderFails) {
