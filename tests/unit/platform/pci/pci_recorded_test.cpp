@@ -9,6 +9,7 @@
 
 #include "platform/pci/pci.h"
 #include "platform/pci/pci_inventory.h"
+#include "support/file_kinds.h"
 #include "support/local_run.h"
 #include "support/temporary_folder.h"
 
@@ -52,7 +53,7 @@ void LinkDevices(const fs::path& root) {
     for (const auto& entry : fs::recursive_directory_iterator(root / "sys/devices")) {
         if (!entry.is_directory() || !IsDevice(entry.path())) continue;
         const fs::path target = fs::relative(entry.path(), links);
-        fs::create_directory_symlink(target, links / entry.path().filename());
+        test_support::MakeLink(target.string(), (links / entry.path().filename()).string());
     }
 }
 
