@@ -11,6 +11,12 @@
 namespace simulator_test {
 namespace {
 
+#ifdef _WIN32
+constexpr bool kIsWindows = true;
+#else
+constexpr bool kIsWindows = false;
+#endif
+
 using simulators::BmcOptions;
 using ::testing::HasSubstr;
 
@@ -47,6 +53,8 @@ TEST(RecordedTreeTest, AnyLetterCaseFindsTheResource) {
 }
 
 TEST(RecordedTreeTest, ExactLetterCaseComesFirst) {
+    if (kIsWindows)
+        GTEST_SKIP() << "file names that differ in letter case alone are one file on Windows";
     const SmallTree tree;
     tree.Add("/redfish/v1/chassis/a", "{\"Name\":\"lower\"}");
     EXPECT_THAT(BodyAt(tree, "/redfish/v1/chassis/a"), HasSubstr("lower"));
@@ -73,6 +81,7 @@ TEST(RecordedTreeTest, BrokenQuotingStandsForItself) {
 }
 
 TEST(RecordedTreeTest, FolderWithQueryIsAFurtherPage) {
+    if (kIsWindows) GTEST_SKIP() << "no file name holds a question mark on Windows";
     const SmallTree tree;
     tree.Add("/redfish/v1/Chassis?$skip=75", R"({"Members":[{"@odata.id":"/second/page"}]})");
     EXPECT_THAT(BodyAt(tree, "/redfish/v1/Chassis?$skip=75"), HasSubstr("/second/page"));
