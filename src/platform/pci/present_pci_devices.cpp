@@ -83,7 +83,7 @@ std::string MakerOf(const PresentDevice& device) {
     return device.manufacturer.starts_with('(') ? std::string() : device.manufacturer;
 }
 
-// "Intel(R) Adapter" of the maker "Intel Corporation" begins with its first word.
+// "Fake(R) Adapter" of the maker "Fake Networks" begins with its first word.
 bool NamesMaker(const std::string& name, const std::string& maker) {
     const std::string first_word = maker.substr(0, maker.find(' '));
     return transport::AsciiLowerText(name).starts_with(transport::AsciiLowerText(first_word));

@@ -47,7 +47,13 @@ bool IsJson(const std::string& text) {
 }
 
 TEST(BmcSimulatorFaultTest, ResetEndsTheTransfer) {
-    EXPECT_EQ(Show(Make(Fault::Kind::kReset)).result, CURLE_RECV_ERROR);
+#ifdef _WIN32
+    // The reset is sent, but libcurl's client sees an end without bytes.
+    constexpr CURLcode kToldAs = CURLE_GOT_NOTHING;
+#else
+    constexpr CURLcode kToldAs = CURLE_RECV_ERROR;
+#endif
+    EXPECT_EQ(Show(Make(Fault::Kind::kReset)).result, kToldAs);
 }
 
 TEST(BmcSimulatorFaultTest, EmptyReplyHasNoBytes) {

@@ -112,7 +112,10 @@ TEST(BmcSimulatorTransportTest, WeakKeyNeedsAClientThatLowersItsGuard) {
     BmcOptions options = tree.Options();
     options.key_kind = simulators::KeyKind::kRsa1024;
     BmcSimulator bmc(options);
-    EXPECT_NE(TestClient(bmc).Get(kRoot).result, CURLE_OK);
+    // What distributions ask for; OpenSSL as its makers build it asks for less.
+    TestClient guarded(bmc);
+    guarded.SetOption(CURLOPT_SSL_CIPHER_LIST, "DEFAULT:@SECLEVEL=2");
+    EXPECT_NE(guarded.Get(kRoot).result, CURLE_OK);
     TestClient legacy(bmc);
     legacy.SetOption(CURLOPT_SSL_CIPHER_LIST, "DEFAULT:@SECLEVEL=0");
     EXPECT_EQ(legacy.Get(kRoot).result, CURLE_OK);
