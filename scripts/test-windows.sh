@@ -15,9 +15,6 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
 
 cache=${XDG_CACHE_HOME:-$HOME/.cache}/tarsel-windows
 
-# What the compiler cache needs to know about headers that are compiled before.
-export CCACHE_SLOPPINESS=pch_defines,time_macros
-
 # Of others, once a machine: in a folder outside the clone.
 build_libraries() {
     TARSEL_WINDOWS_DEPS=$(TARSEL_JOBS=$(parallel_jobs) cmake/windows/build-deps.sh "$cache") ||
@@ -41,7 +38,7 @@ main() {
     stage "packages" install_packages "${TARSEL_BUILD_PACKAGES[@]}" "${TARSEL_TEST_PACKAGES[@]}" \
         "${TARSEL_WINDOWS_PACKAGES[@]}"
     stage "windows: libraries" build_libraries
-    stage "windows-mingw: configure" configure windows-mingw -DTARSEL_PRECOMPILE_TEST_HEADERS=ON
+    stage "windows-mingw: configure" configure windows-mingw
     stage "windows-mingw: build" build windows-mingw
     [ "${1-}" != --build ] || return 0
     stage "dev: what is compared" build_linux_side

@@ -2,22 +2,12 @@
 
 #include <algorithm>
 
+#include "bmc_simulator/name_case.h"
+
 namespace simulators {
-namespace {
-
-char Lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool EqualIgnoringCase(std::string_view left, std::string_view right) {
-    return std::ranges::equal(left, right, {}, Lower, Lower);
-}
-
-}  // namespace
-
 const std::string* FindHeader(const HeaderList& headers, std::string_view name) {
     const auto found = std::ranges::find_if(
-        headers, [&](const auto& header) { return EqualIgnoringCase(header.first, name); });
+        headers, [&](const auto& header) { return SameName(header.first, name); });
     return found == headers.end() ? nullptr : &found->second;
 }
 

@@ -5,21 +5,14 @@
 #include <set>
 #include <stdexcept>
 
+#include "bmc_simulator/name_case.h"
+
 namespace simulators {
 namespace {
 
 namespace fs = std::filesystem;
 
-char Lower(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
 }  // namespace
-
-bool SameName(std::string_view left, std::string_view right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char a, char b) { return Lower(a) == Lower(b); });
-}
 
 CimRepository CimRepository::Load(const std::string& folder) {
     CimRepository repository;

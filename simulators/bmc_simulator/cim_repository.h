@@ -51,7 +51,4 @@ class CimRepository {
     std::vector<Entry> entries_;
 };
 
-/// CIM names know no letter case.
-[[nodiscard]] bool SameName(std::string_view left, std::string_view right);
-
 }  // namespace simulators

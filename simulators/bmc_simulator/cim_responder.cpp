@@ -5,6 +5,7 @@
 #include <set>
 #include <sstream>
 
+#include "bmc_simulator/name_case.h"
 #include "bmc_simulator/scenario_tree.h"
 
 namespace simulators {

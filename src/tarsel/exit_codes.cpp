@@ -62,10 +62,13 @@ int ExitCodeFor(std::int32_t code, bool is_partial, int signal) {
     return ExitCodeOfFailure(code);
 }
 
+bool IsMute(const TarselResult& result) {
+    return result.code == kGenericFailure && result.message.empty();
+}
+
 std::int32_t TellingCode(const TarselResult& result, std::int32_t last_failure, bool has_answered) {
     if (result.message == kUnsupportedHypervisor) return kFunctionNotSupported;
-    const bool is_mute = result.code == kGenericFailure && result.message.empty();
-    if (result.code != kConnectionFailed && !is_mute) return result.code;
+    if (result.code != kConnectionFailed && !IsMute(result)) return result.code;
     if (last_failure != 0) return last_failure;
     return has_answered ? kGenericFailure : result.code;
 }

@@ -24,6 +24,9 @@ enum ExitCode : int {
 /// the signal that interrupted the scan, 0 for none; it decides when the scan did not succeed.
 int ExitCodeFor(std::int32_t code, bool is_partial, int signal);
 
+/// A generic failure without a word: it says nothing of why a scan failed.
+bool IsMute(const TarselResult& result);
+
 /// The code that tells best why a scan failed. "Connection failed" may be the answer of the last
 /// protocol that was tried, and a generic failure without a word says nothing, while an earlier
 /// failure knows more: `last_failure` is the target's last one (0: none), `has_answered` says that

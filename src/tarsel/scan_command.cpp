@@ -50,7 +50,6 @@ constexpr const char* kCimWithoutTls =
     "CIM runs without TLS: user name and password travel unprotected.";
 constexpr const char* kCimWithoutLogin =
     "CIM runs without TLS: no user name and password are sent.";
-constexpr int kGenericFailure = 1;
 constexpr int kInternalError = 17;
 constexpr int kFileLevel = 3;
 constexpr int kMostDetailedLevel = 4;
@@ -114,8 +113,7 @@ bool IsCimCertain(TargetKind kind) {
 
 // What a scan path keeps to itself when it only says that it failed.
 TarselResult TellingResult(const TarselResult& result, const TarselResult& last_failure) {
-    const bool is_mute = result.code == kGenericFailure && result.message.empty();
-    return is_mute && !last_failure.IsSucceed() ? last_failure : result;
+    return IsMute(result) && !last_failure.IsSucceed() ? last_failure : result;
 }
 
 // What the scan paths ask their estimates for; empty for those that ask for none.

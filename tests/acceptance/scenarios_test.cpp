@@ -35,7 +35,7 @@ TEST_P(ScenarioWithoutExpandTest, GivesTheSameScanFileMemberByMember) {
     EXPECT_TRUE(MatchesGoldenFile(Output("Tarsel-update-scan.xml"), Expected("expected-scan.xml")));
 }
 
-std::string NameOf(const testing::TestParamInfo<const char*>& info) {
+std::string ScenarioNameOf(const testing::TestParamInfo<const char*>& info) {
     std::string name = info.param;
     std::erase(name, '-');
     return name;
@@ -44,12 +44,12 @@ std::string NameOf(const testing::TestParamInfo<const char*>& info) {
 INSTANTIATE_TEST_SUITE_P(Scenarios, ScenarioScanTest,
                          testing::Values("rack-server", "amd-ami-bmc", "tavro-v3",
                                          "enclosure-module", "thin-inventory", "odd-members"),
-                         NameOf);
+                         ScenarioNameOf);
 // The machine with odd members is left out here: waiting for its broken one takes 21 seconds.
 INSTANTIATE_TEST_SUITE_P(Scenarios, ScenarioWithoutExpandTest,
                          testing::Values("rack-server", "amd-ami-bmc", "tavro-v3",
                                          "enclosure-module", "thin-inventory"),
-                         NameOf);
+                         ScenarioNameOf);
 
 }  // namespace
 }  // namespace acceptance

@@ -19,7 +19,7 @@ using VantixConnection::ConnectOption;
 
 namespace {
 
-constexpr const char* kLogSource = "cim_channel";
+constexpr const char* kCimChannelLog = "cim_channel";
 
 // The one that most services use, the spellings of the interoperability namespace, makers' own.
 constexpr const char* kNamespaces[] = {"root/cimv2",      "root/interop", "interop",
@@ -144,7 +144,7 @@ CimAnswer CimChannel::Ask(std::size_t where, const char* class_name) {
         Seconds(is_inventory ? option_.inventory_timeout_seconds : option_.timeout_seconds);
     CimAnswer answer =
         client_.Call(transport::EnumerateInstancesCall(name_space.name, class_name), timeout);
-    Log(4, kLogSource, __LINE__).Stream()
+    Log(4, kCimChannelLog, __LINE__).Stream()
         << class_name << " in " << name_space.name << ": " << answer.instances.size()
         << " instance(s), " << answer.skipped.size() << " left out"
         << (answer.failure ? ", " + answer.failure.text : std::string());
@@ -181,7 +181,7 @@ CimFailure CimChannel::Read(const Row& row) {
 TarselResult CimChannel::Remember(const CimFailure& failure) {
     TarselResult result = ResultOfCimFailure(failure, Kind(), CimTargetOf(option_), option_.user);
     if (!result.IsSucceed()) {
-        Log(2, kLogSource, __LINE__).Stream() << "CIM failed: " << result;
+        Log(2, kCimChannelLog, __LINE__).Stream() << "CIM failed: " << result;
         option_.run->RecordFailure(result, MayOtherPortsAnswer(failure));
     }
     return result;

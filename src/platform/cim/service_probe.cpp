@@ -21,7 +21,7 @@ using VantixConnection::ConnectOption;
 
 namespace {
 
-constexpr const char* kLogSource = "cim_service_probe";
+constexpr const char* kServiceProbeLog = "cim_service_probe";
 constexpr int kPlainCimPort = 5988;
 // A question aside must not cost what the scan itself may.
 constexpr Milliseconds kLongestProbe{5000};
@@ -45,7 +45,7 @@ HttpOutcome Ask(const ConnectOption& option, int port, bool use_tls, HttpRequest
                      [&result](HttpOutcome&& outcome) { result = std::move(outcome); });
     while (!option.run->IsCancelled() && transport.Step(Milliseconds(100))) {
     }
-    Log(3, kLogSource, __LINE__).Stream()
+    Log(3, kServiceProbeLog, __LINE__).Stream()
         << "Asked port " << port << ": " << (result.Answered() ? "it answers" : result.error.text);
     return result;
 }

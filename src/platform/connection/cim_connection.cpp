@@ -26,7 +26,7 @@ bool SharesItsFate(const TarselResult& before, const RunContext& run) {
     return is_unreachable && !run.MayOtherPortsAnswer();
 }
 
-ConnectionInfo InfoOf(const ConnectOption& option) {
+ConnectionInfo CimInfoOf(const ConnectOption& option) {
     ConnectionInfo info;
     info.connect_case = kConnectCaseCim;
     info.host = option.target_address;
@@ -39,13 +39,6 @@ ConnectionInfo InfoOf(const ConnectOption& option) {
     info.verify_certificate = option.verify_certificate;
     info.timeout_seconds = option.timeout_seconds;
     return info;
-}
-
-TarselResult Refuse(const ConnectOption& option) {
-    return TarselResult(AUTHENTICATION_FAILED,
-                        "No further login is tried on " + cim::CimTargetOf(option) +
-                            ": user name or password was refused before; check both and start "
-                            "the scan again.");
 }
 
 // The account that a BMC gives to its own machine is one of Redfish alone.
@@ -96,7 +89,7 @@ TarselResult FetchCIMConnectionList(const ConnectOption& wanted,
     if (TarselResult found = FillInbandAddress(option); !found.IsSucceed()) return found;
     const TarselResult before = option.run->LastFailure();
     if (!before.IsSucceed() && SharesItsFate(before, *option.run)) return before;
-    if (!option.run->MayTryLogin()) return Refuse(option);
+    if (!option.run->MayTryLogin()) return LoginBudgetSpent(cim::CimTargetOf(option));
     if (IsInband(option) && option.user.empty()) return NeedUser(option);
     AddLogSecret(option.password);
     SaySecurity(option);
@@ -110,7 +103,7 @@ TarselResult FetchCIMConnectionList(const ConnectOption& wanted,
         const TarselResult result = channel->Remember(failure);
         return WithEarlier(cim::ExplainRefusal(option, failure, result), before);
     }
-    ConnectionInfo connection = InfoOf(option);
+    ConnectionInfo connection = CimInfoOf(option);
     connection.channel = std::move(channel);
     list.push_back(std::move(connection));
     return TarselResult(SUCCEED, "");

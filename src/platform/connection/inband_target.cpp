@@ -22,7 +22,7 @@ using transport::SystemRoot;
 
 namespace {
 
-constexpr const char* kLogSource = "inband_target";
+constexpr const char* kInbandTargetLog = "inband_target";
 constexpr const char* kNoAccountKey = "no account from the BMC";
 constexpr const char* kNetworkFolder = "/sys/class/net";
 
@@ -65,7 +65,7 @@ TarselResult NoAddress(const SystemRoot& root, RunContext& run) {
                        "as root, or give the BMC's address."
                      : "This machine does not tell where its BMC is reached (its firmware has no "
                        "Redfish host interface record); give the BMC's address.");
-    Log(2, kLogSource, __LINE__).Stream() << result;
+    Log(2, kInbandTargetLog, __LINE__).Stream() << result;
     // Where another kind of connection fails too, its failure may be the one that is reported.
     run.AddNotice(result.message);
     return result;
@@ -87,7 +87,7 @@ TarselResult FillInbandAddress(ConnectOption& option) {
         if (address.empty()) continue;
         option.target_address = address;
         if (option.port == 0) option.port = interface.service_port;
-        Log(3, kLogSource, __LINE__).Stream()
+        Log(3, kInbandTargetLog, __LINE__).Stream()
             << "The BMC of this machine is at " << HostForUrl(address) << ", port " << option.port;
         return TarselResult(SUCCEED, "");
     }

@@ -17,20 +17,13 @@ namespace Vantix::VantixConnection {
 
 namespace {
 
-constexpr const char* kLogSource = "ipmi_connection";
+constexpr const char* kIpmiConnectionLog = "ipmi_connection";
 
 // An IPMI log-in proves the password to whoever answers: not to a target whose certificate was not
 // accepted. That HTTPS does not answer says nothing of IPMI.
 bool MustNotTry(const TarselResult& before) {
     return before == VERIFY_CERTIFICATE_FAILED || before == PASSWORD_MUST_BE_CHANGED ||
            before == INTERRUPTED_BY_USER;
-}
-
-TarselResult Refuse(const ConnectOption& option) {
-    return TarselResult(AUTHENTICATION_FAILED,
-                        "No further login is tried on " + ipmi::IpmiTargetText(option) +
-                            ": user name or password was refused before; check both and start "
-                            "the scan again.");
 }
 
 TarselResult CheckAccount(const ConnectOption& option) {
@@ -52,11 +45,11 @@ TarselResult MayStart(const ConnectOption& option) {
     if (option.target_address.empty()) return TarselResult(SUCCEED, "");
     const TarselResult before = option.run->LastFailure();
     if (!before.IsSucceed() && MustNotTry(before)) return before;
-    if (!option.run->MayTryLogin()) return Refuse(option);
+    if (!option.run->MayTryLogin()) return LoginBudgetSpent(ipmi::IpmiTargetText(option));
     return CheckAccount(option);
 }
 
-ConnectionInfo InfoOf(const ConnectOption& option) {
+ConnectionInfo IpmiInfoOf(const ConnectOption& option) {
     ConnectionInfo info;
     info.connect_case = kConnectCaseIpmi;
     info.host = option.target_address;
@@ -87,11 +80,11 @@ TarselResult FetchIPMIConnection(const ConnectOption& wanted, ConnectionInfo& co
     const transport::IpmiFailure failure = channel->Open();
     if (failure) {
         TarselResult result = ipmi::ResultOfIpmiFailure(failure, option);
-        Log(2, kLogSource, __LINE__).Stream() << "IPMI connection failed: " << result;
+        Log(2, kIpmiConnectionLog, __LINE__).Stream() << "IPMI connection failed: " << result;
         if (result == AUTHENTICATION_FAILED) option.run->RecordFailure(result);
         return result;
     }
-    connection = InfoOf(option);
+    connection = IpmiInfoOf(option);
     connection.channel = std::move(channel);
     return TarselResult(SUCCEED, "");
 }

@@ -18,7 +18,7 @@ namespace Vantix::VantixConnection {
 
 namespace {
 
-constexpr const char* kLogSource = "redfish_connection";
+constexpr const char* kRedfishConnectionLog = "redfish_connection";
 transport::CurlSettings CurlSettingsOf(const ConnectOption& option) {
     transport::CurlSettings settings;
     settings.host = option.target_address;
@@ -35,7 +35,7 @@ transport::CurlSettings CurlSettingsOf(const ConnectOption& option) {
     return settings;
 }
 
-ConnectionInfo InfoOf(const ConnectOption& option) {
+ConnectionInfo RedfishInfoOf(const ConnectOption& option) {
     ConnectionInfo info;
     info.connect_case = kConnectCaseRest;
     info.host = option.target_address;
@@ -48,13 +48,6 @@ ConnectionInfo InfoOf(const ConnectOption& option) {
     info.verify_certificate = option.verify_certificate;
     info.timeout_seconds = option.timeout_seconds;
     return info;
-}
-
-TarselResult Refuse(const ConnectOption& option) {
-    return TarselResult(AUTHENTICATION_FAILED,
-                        "No further login is tried on " + HttpsTargetOf(option) +
-                            ": user name or password was refused before; check both and start "
-                            "the scan again.");
 }
 
 // The user did not name this address and may wonder.
@@ -71,7 +64,7 @@ TarselResult GetRESTConnection(const ConnectOption& wanted, ConnectionInfo& conn
     connection = ConnectionInfo();
     ConnectOption option = wanted;
     if (TarselResult found = FillInbandAddress(option); !found.IsSucceed()) return found;
-    if (!option.run->MayTryLogin()) return Refuse(option);
+    if (!option.run->MayTryLogin()) return LoginBudgetSpent(HttpsTargetOf(option));
     if (TarselResult got = FillInbandAccount(option); !got.IsSucceed()) return got;
     AddLogSecret(option.password);
     auto channel = std::make_shared<redfish::RedfishChannel>(
@@ -81,12 +74,12 @@ TarselResult GetRESTConnection(const ConnectOption& wanted, ConnectionInfo& conn
     if (failure) {
         const TarselResult result =
             ResultOfConnectFailure(failure, HttpsTargetOf(option), option.user);
-        Log(2, kLogSource, __LINE__).Stream() << "Redfish connection failed: " << result;
+        Log(2, kRedfishConnectionLog, __LINE__).Stream() << "Redfish connection failed: " << result;
         option.run->RecordFailure(result, MayOtherPortsAnswer(failure));
         SayWhereFrom(wanted, option);
         return result;
     }
-    connection = InfoOf(option);
+    connection = RedfishInfoOf(option);
     if (redfish::IsEnclosureManager(*channel)) connection.connect_case = kConnectCaseVeskRest;
     connection.channel = std::move(channel);
     return TarselResult(SUCCEED, "");

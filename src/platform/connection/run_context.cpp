@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/result/result_codes.h"
 #include "platform/log/log.h"
 
 namespace Vantix::VantixConnection {
@@ -38,6 +39,13 @@ const char* SourceStateText(SourceState state) {
             return "not tried";
     }
     return "not tried";
+}
+
+TarselResult LoginBudgetSpent(const std::string& target) {
+    return TarselResult(AUTHENTICATION_FAILED,
+                        "No further login is tried on " + target +
+                            ": user name or password was refused before; check both and start "
+                            "the scan again.");
 }
 
 RunContext::RunContext(int login_attempts)

@@ -44,6 +44,9 @@ struct BmcAccount {
     std::string password;  ///< never logged
 };
 
+/// The failure of a protocol that tries no login at `target`, because none may be tried any more.
+[[nodiscard]] TarselResult LoginBudgetSpent(const std::string& target);
+
 class TARSEL_EXPORT RunContext {
   public:
     /// `login_attempts`: how many refused logins this run may cause at its target (at least 1).

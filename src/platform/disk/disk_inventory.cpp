@@ -19,7 +19,7 @@ using VantixConnection::ActiveRun;
 using VantixConnection::RunContext;
 using VantixOptions::SoftwareIdentity_;
 
-constexpr const char* kLogSource = "disk_inventory";
+constexpr const char* kDiskInventoryLog = "disk_inventory";
 constexpr const char* kToldKey = "disks told by the disk inventory";
 
 std::vector<SoftwareIdentity_> Survey(const transport::SystemRoot& root, RunContext& run) {
@@ -33,7 +33,7 @@ int Append(std::vector<SoftwareIdentity_>& list) {
     RunContext& run = *ActiveRun::Option().run;
     const auto root = local::HostRoot();
     std::vector<SoftwareIdentity_> disks = Survey(*root, run);
-    Log(3, kLogSource, __LINE__).Stream() << "disks of this machine: " << disks.size();
+    Log(3, kDiskInventoryLog, __LINE__).Stream() << "disks of this machine: " << disks.size();
     list.insert(list.end(), std::make_move_iterator(disks.begin()),
                 std::make_move_iterator(disks.end()));
     raid::ReportUnasked(*root, run);

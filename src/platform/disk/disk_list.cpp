@@ -9,7 +9,7 @@
 namespace Vantix::disk {
 namespace {
 
-constexpr const char* kLogSource = "disk_list";
+constexpr const char* kDiskListLog = "disk_list";
 
 }  // namespace
 
@@ -20,7 +20,7 @@ std::vector<VantixOptions::SoftwareIdentity_> EachOnce(const std::vector<DiskFac
         const bool is_known = !disk.model.empty() && !disk.serial.empty() &&
                               !seen.emplace(disk.model, disk.serial).second;
         if (is_known) {
-            Log(4, kLogSource, __LINE__).Stream()
+            Log(4, kDiskListLog, __LINE__).Stream()
                 << "left out " << disk.node << ": another way to a disk that is listed";
             continue;
         }

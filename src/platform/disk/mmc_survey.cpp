@@ -9,7 +9,7 @@
 namespace Vantix::disk {
 namespace {
 
-constexpr const char* kLogSource = "mmc_survey";
+constexpr const char* kMmcSurveyLog = "mmc_survey";
 constexpr const char* kBlocks = "/sys/block/";
 
 bool IsWholeDisk(const std::string& block) {
@@ -34,7 +34,7 @@ std::vector<DiskFacts> SurveyFlashDisks(const transport::SystemRoot& root) {
         if (Attribute(root, folder + "type") == "MMC" && !disk.model.empty()) {
             disks.push_back(std::move(disk));
         } else {
-            Log(4, kLogSource, __LINE__).Stream() << "left out " << block << ": no eMMC";
+            Log(4, kMmcSurveyLog, __LINE__).Stream() << "left out " << block << ": no eMMC";
         }
     }
     return disks;

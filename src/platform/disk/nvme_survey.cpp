@@ -15,7 +15,7 @@ namespace {
 using transport::SystemRoot;
 using VantixConnection::RunContext;
 
-constexpr const char* kLogSource = "nvme_survey";
+constexpr const char* kNvmeSurveyLog = "nvme_survey";
 constexpr const char* kControllers = "/sys/class/nvme/";
 
 bool IsElsewhere(const std::string& transport) {
@@ -30,7 +30,8 @@ class Survey {
     std::optional<DiskFacts> Read(const std::string& name, const DiskPlaces& places) {
         const std::string folder = kControllers + name;
         if (IsElsewhere(Attribute(root_, folder + "/transport"))) {
-            Log(4, kLogSource, __LINE__).Stream() << "left out " << name << ": not in this machine";
+            Log(4, kNvmeSurveyLog, __LINE__).Stream()
+                << "left out " << name << ": not in this machine";
             return std::nullopt;
         }
         DiskFacts disk;
@@ -41,7 +42,8 @@ class Survey {
         disk.serial = Attribute(root_, folder + "/serial");
         Ask(folder, disk);
         if (disk.model.empty() && disk.firmware.empty()) {
-            Log(4, kLogSource, __LINE__).Stream() << "left out " << name << ": it tells nothing";
+            Log(4, kNvmeSurveyLog, __LINE__).Stream()
+                << "left out " << name << ": it tells nothing";
             return std::nullopt;
         }
         disk.serial = redfish::Known(disk.serial);
@@ -77,7 +79,7 @@ void Survey::Ask(const std::string& folder, DiskFacts& disk) {
     if (told) {
         Take(*told, disk);
     } else {
-        Log(4, kLogSource, __LINE__).Stream()
+        Log(4, kNvmeSurveyLog, __LINE__).Stream()
             << disk.node << " is as of driver start, it was not asked: " << answer.cause;
     }
 }
@@ -85,8 +87,8 @@ void Survey::Ask(const std::string& folder, DiskFacts& disk) {
 void Survey::Take(const NvmeIdentity& told, DiskFacts& disk) {
     const std::string firmware = Plausible(told.firmware);
     if (!firmware.empty() && !disk.firmware.empty() && firmware != disk.firmware) {
-        Log(2, kLogSource, __LINE__).Stream() << disk.node << " runs firmware " << firmware
-                                              << ", its driver still shows " << disk.firmware;
+        Log(2, kNvmeSurveyLog, __LINE__).Stream() << disk.node << " runs firmware " << firmware
+                                                  << ", its driver still shows " << disk.firmware;
         run_.AddNotice("The disk " + disk.node + " runs firmware " + firmware +
                        ", but the system still shows " + disk.firmware +
                        " from before an update; the scan reports " + firmware + ".");

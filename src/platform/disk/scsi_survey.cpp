@@ -17,7 +17,7 @@ namespace {
 
 using transport::SystemRoot;
 
-constexpr const char* kLogSource = "scsi_survey";
+constexpr const char* kScsiSurveyLog = "scsi_survey";
 constexpr const char* kDevices = "/sys/class/scsi_device/";
 constexpr const char* kBlocks = "/sys/block/";
 
@@ -52,9 +52,9 @@ std::vector<Place> FindPlaces(const SystemRoot& root) {
 }
 
 /// Reads one SCSI device; each attribute stands alone.
-class Reader {
+class ScsiReader {
   public:
-    Reader(const SystemRoot& root, const DiskPlaces& places, Place place)
+    ScsiReader(const SystemRoot& root, const DiskPlaces& places, Place place)
         : root_(root), places_(places), place_(std::move(place)) {
         node_ = place_.block.empty() ? place_.address : place_.block;
         path_ = root_.Resolve(place_.folder);
@@ -64,7 +64,7 @@ class Reader {
         ReadTexts();
         const std::string reason = ReasonToLeaveOut();
         if (!reason.empty()) {
-            Log(4, kLogSource, __LINE__).Stream() << "left out " << node_ << ": " << reason;
+            Log(4, kScsiSurveyLog, __LINE__).Stream() << "left out " << node_ << ": " << reason;
             return std::nullopt;
         }
         facts_.node = node_;
@@ -94,7 +94,7 @@ class Reader {
     DiskFacts facts_;
 };
 
-void Reader::ReadTexts() {
+void ScsiReader::ReadTexts() {
     const std::optional<InquiryData> inquiry = ReadInquiry(Page("inquiry"));
     const InquiryData told = inquiry.value_or(InquiryData{});
     device_type_ = Text("/type");
@@ -108,7 +108,7 @@ void Reader::ReadTexts() {
     facts_.firmware = redfish::FirstOf({Text("/rev"), Plausible(told.revision)});
 }
 
-std::string Reader::ReasonToLeaveOut() const {
+std::string ScsiReader::ReasonToLeaveOut() const {
     ScsiClues clues;
     clues.device_type = device_type_;
     clues.device_path = path_;
@@ -122,24 +122,24 @@ std::string Reader::ReasonToLeaveOut() const {
     return facts_.model.empty() && facts_.firmware.empty() ? "it tells nothing of itself" : "";
 }
 
-void Reader::ReadAta() {
+void ScsiReader::ReadAta() {
     const std::optional<AtaTexts> told = ReadAtaPage(Page("vpd_pg89"));
     const AtaTexts texts = told ? *told : UdevTexts();
     TakeAta(texts);
     if (!texts.firmware.empty()) return;
-    Log(2, kLogSource, __LINE__).Stream()
+    Log(2, kScsiSurveyLog, __LINE__).Stream()
         << "firmware revision of " << node_
         << " is known by four characters only: " << facts_.firmware;
 }
 
-void Reader::TakeAta(const AtaTexts& texts) {
+void ScsiReader::TakeAta(const AtaTexts& texts) {
     facts_.model = redfish::FirstOf({Plausible(texts.model), facts_.model});
     facts_.firmware = redfish::FirstOf({Plausible(texts.firmware), facts_.firmware});
     facts_.serial = redfish::FirstOf({redfish::Known(Plausible(texts.serial)), facts_.serial});
 }
 
 /// What udev asked the drive when it appeared; older kernels do not show page 89h.
-AtaTexts Reader::UdevTexts() const {
+AtaTexts ScsiReader::UdevTexts() const {
     AtaTexts texts;
     const std::string number = Attribute(root_, kBlocks + place_.block + "/dev");
     if (place_.block.empty() || number.empty()) return texts;
@@ -154,7 +154,7 @@ AtaTexts Reader::UdevTexts() const {
 std::vector<DiskFacts> SurveyScsiDisks(const SystemRoot& root, const DiskPlaces& places) {
     std::vector<DiskFacts> disks;
     for (Place& place : FindPlaces(root)) {
-        std::optional<DiskFacts> disk = Reader(root, places, std::move(place)).Read();
+        std::optional<DiskFacts> disk = ScsiReader(root, places, std::move(place)).Read();
         if (disk) disks.push_back(std::move(*disk));
     }
     return disks;

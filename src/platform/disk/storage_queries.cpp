@@ -32,12 +32,12 @@ void PutNumber(std::uint32_t number, std::size_t at, std::string& bytes) {
     }
 }
 
-std::uint32_t ByteAt(std::string_view bytes, std::size_t at) {
+std::uint32_t OctetAt(std::string_view bytes, std::size_t at) {
     return at < bytes.size() ? static_cast<unsigned char>(bytes[at]) : 0;
 }
 
 std::uint32_t WordAt(std::string_view bytes, std::size_t at) {
-    return ByteAt(bytes, at) | ByteAt(bytes, at + 1) << 8U;
+    return OctetAt(bytes, at) | OctetAt(bytes, at + 1) << 8U;
 }
 
 std::uint32_t NumberAt(std::string_view bytes, std::size_t at) {
@@ -102,18 +102,18 @@ std::optional<StorageDevice> ReadStorageDevice(std::string_view answer) {
     constexpr std::size_t kFixedPart = 36;
     if (answer.size() < kFixedPart) return std::nullopt;
     StorageDevice device;
-    device.device_type = static_cast<int>(ByteAt(answer, 8) & 0x1fU);
+    device.device_type = static_cast<int>(OctetAt(answer, 8) & 0x1fU);
     device.vendor = TextAt(answer, 12, kFixedPart);
     device.model = TextAt(answer, 16, kFixedPart);
     device.revision = TextAt(answer, 20, kFixedPart);
     device.serial = TextAt(answer, 24, kFixedPart);
-    device.bus = static_cast<StorageBus>(ByteAt(answer, 28));
+    device.bus = static_cast<StorageBus>(OctetAt(answer, 28));
     return device;
 }
 
 StorageBus ReadAdapterBus(std::string_view answer) {
     constexpr std::size_t kBusAt = 24;
-    return static_cast<StorageBus>(ByteAt(answer, kBusAt));
+    return static_cast<StorageBus>(OctetAt(answer, kBusAt));
 }
 
 std::vector<int> ReadNaaFormats(std::string_view answer) {
@@ -127,7 +127,7 @@ std::vector<int> ReadNaaFormats(std::string_view answer) {
         const bool is_of_unit = NumberAt(rest, 12) == 0;
         const bool has_name = WordAt(rest, 8) > 0;
         if (is_of_unit && has_name && NumberAt(rest, 4) == kNaa) {
-            formats.push_back(static_cast<int>(ByteAt(rest, kNameAt) >> 4U));
+            formats.push_back(static_cast<int>(OctetAt(rest, kNameAt) >> 4U));
         }
         const std::size_t next = WordAt(rest, 10);
         if (next < kNameAt || next > rest.size()) break;

@@ -19,7 +19,7 @@ namespace {
 
 using VantixConnection::RunContext;
 
-constexpr const char* kLogSource = "storage_survey";
+constexpr const char* kStorageSurveyLog = "storage_survey";
 constexpr std::size_t kMostAnswer = 4096;
 
 enum class Kind { kNvme, kScsi, kFlash };
@@ -65,10 +65,10 @@ bool IsOfHypervisor(const StorageDevice& device) {
 }
 
 /// Reads one disk; each answer stands alone.
-class Reader {
+class StorageReader {
   public:
-    Reader(const StorageRequests& storage, const transport::SystemRoot& root, RunContext& run,
-           int number)
+    StorageReader(const StorageRequests& storage, const transport::SystemRoot& root,
+                  RunContext& run, int number)
         : storage_(storage),
           root_(root),
           run_(run),
@@ -79,7 +79,7 @@ class Reader {
         ReadDevice();
         const std::string reason = ReasonToLeaveOut();
         if (!reason.empty()) {
-            Log(4, kLogSource, __LINE__).Stream() << "left out " << node_ << ": " << reason;
+            Log(4, kStorageSurveyLog, __LINE__).Stream() << "left out " << node_ << ": " << reason;
             return std::nullopt;
         }
         TakeDevice();
@@ -113,17 +113,17 @@ class Reader {
     DiskFacts facts_;
 };
 
-std::string Reader::Answer(const std::string& query, const char* what) const {
+std::string StorageReader::Answer(const std::string& query, const char* what) const {
     const std::size_t most = std::max(kMostAnswer, query.size());
     DeviceAnswer answer = storage_.Query(number_, query, most);
     if (answer.state == DeviceAnswer::State::kRead) return std::move(answer.data);
     NoteDenied(answer);
-    Log(4, kLogSource, __LINE__).Stream()
+    Log(4, kStorageSurveyLog, __LINE__).Stream()
         << node_ << " does not tell its " << what << ": " << answer.cause;
     return {};
 }
 
-void Reader::ReadDevice() {
+void StorageReader::ReadDevice() {
     device_ = ReadStorageDevice(Answer(DeviceQuery(), "device")).value_or(StorageDevice{});
     if (device_.bus == StorageBus::kUnknown) {
         device_.bus = ReadAdapterBus(Answer(AdapterQuery(), "adapter"));
@@ -132,7 +132,7 @@ void Reader::ReadDevice() {
     is_ata_ = IsAtaBus(device_.bus) || device_.vendor == "ATA";
 }
 
-std::string Reader::ReasonToLeaveOut() const {
+std::string StorageReader::ReasonToLeaveOut() const {
     const std::string reach = ReachReason(device_.bus);
     if (!reach.empty()) return reach;
     if (device_.model.empty() && device_.revision.empty()) return "it tells nothing of itself";
@@ -145,7 +145,7 @@ std::string Reader::ReasonToLeaveOut() const {
     return WhyNoDisk(clues);
 }
 
-void Reader::TakeDevice() {
+void StorageReader::TakeDevice() {
     facts_.node = node_;
     facts_.model = Plausible(device_.model);
     facts_.firmware = Plausible(device_.revision);
@@ -164,7 +164,7 @@ void Reader::TakeDevice() {
     facts_.manufacturer = has_maker ? Plausible(device_.vendor) : "";
 }
 
-void Reader::AskController() {
+void StorageReader::AskController() {
     const std::string answer = Answer(IdentifyQuery(), "identity");
     const auto told = ReadIdentifyController(ReadIdentifyData(answer));
     if (!told) return;
@@ -175,22 +175,22 @@ void Reader::AskController() {
 }
 
 // Some drivers show a part of the revision.
-void Reader::Compare(const std::string& firmware) {
+void StorageReader::Compare(const std::string& firmware) {
     if (firmware.find(facts_.firmware) != std::string::npos || firmware.empty()) return;
-    Log(2, kLogSource, __LINE__).Stream()
+    Log(2, kStorageSurveyLog, __LINE__).Stream()
         << node_ << " runs firmware " << firmware << ", its driver still shows " << facts_.firmware;
     run_.AddNotice("The disk " + node_ + " runs firmware " + firmware +
                    ", but the system still shows " + facts_.firmware +
                    " from before an update; the scan reports " + firmware + ".");
 }
 
-void Reader::AskAtaPage() {
+void StorageReader::AskAtaPage() {
     constexpr std::uint8_t kAtaInformation = 0x89;
     const DeviceAnswer answer = storage_.ReadPage(number_, kAtaInformation, kMostAnswer);
     NoteDenied(answer);
     const auto told = ReadAtaPage(answer.data);
     if (!told || told->firmware.empty()) {
-        Log(2, kLogSource, __LINE__).Stream()
+        Log(2, kStorageSurveyLog, __LINE__).Stream()
             << "firmware revision of " << node_
             << " is known by four characters only: " << facts_.firmware << " " << answer.cause;
     }
@@ -210,7 +210,7 @@ std::vector<VantixOptions::SoftwareIdentity_> SurveyStorage(const StorageRequest
     std::vector<std::pair<Kind, DiskFacts>> found;
     for (const int number : numbers) {
         if (run.IsCancelled()) break;
-        Reader reader(storage, root, run, number);
+        StorageReader reader(storage, root, run, number);
         std::optional<DiskFacts> disk = reader.Read();
         if (disk) found.emplace_back(reader.FoundKind(), std::move(*disk));
     }

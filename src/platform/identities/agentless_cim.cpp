@@ -25,7 +25,7 @@ using VantixOptions::SoftwareIdentity_;
 
 namespace {
 
-constexpr const char* kLogSource = "agentless_cim";
+constexpr const char* kAgentlessCimLog = "agentless_cim";
 
 SourceState StateOf(const CimFailure& failure, const CimInventory& inventory, bool has_skipped) {
     if (!failure) return has_skipped ? SourceState::kPartial : SourceState::kComplete;
@@ -55,10 +55,10 @@ void Report(CimChannel& channel, const CimFailure& failure, const CimInventory& 
 
 void LogLeftOut(CimChannel& channel, const CimInventory& inventory) {
     for (const std::string& reason : channel.Skipped(CimSource::kSoftware)) {
-        Log(2, kLogSource, __LINE__).Stream() << "Left out " << reason;
+        Log(2, kAgentlessCimLog, __LINE__).Stream() << "Left out " << reason;
     }
     for (const std::string& reason : inventory.not_installed) {
-        Log(4, kLogSource, __LINE__).Stream() << "Not installed: " << reason;
+        Log(4, kAgentlessCimLog, __LINE__).Stream() << "Not installed: " << reason;
     }
 }
 

@@ -23,11 +23,12 @@ using VantixOptions::SoftwareIdentity_;
 
 namespace {
 
-constexpr const char* kLogSource = "agentless_redfish";
+constexpr const char* kAgentlessRedfishLog = "agentless_redfish";
 
 void LogIssues(const char* what, const std::vector<ReadIssue>& issues, int level) {
     for (const ReadIssue& issue : issues) {
-        Log(level, kLogSource, __LINE__).Stream() << what << issue.path << ": " << issue.cause;
+        Log(level, kAgentlessRedfishLog, __LINE__).Stream()
+            << what << issue.path << ": " << issue.cause;
     }
 }
 

@@ -16,7 +16,7 @@ using VantixOptions::SoftwareIdentity_;
 
 namespace {
 
-constexpr const char* kLogSource = "xfw_ipmi";
+constexpr const char* kXfwIpmiLog = "xfw_ipmi";
 
 void Report(ipmi::IpmiChannel& channel, std::size_t count) {
     SourceStatus status;
@@ -46,8 +46,8 @@ INVENTORYRETURNCODE xFirmwareInventory::GetXFWSoftwareIdentity(
     auto products = ipmi::FruIdentities(main, channel->FruDevices());
     std::move(products.begin(), products.end(), std::back_inserter(list));
     Report(*channel, list.size() - before);
-    Log(3, kLogSource, __LINE__).Stream() << "IPMI told " << list.size() - before << " versions, "
-                                          << components.size() << " of firmware components";
+    Log(3, kXfwIpmiLog, __LINE__).Stream() << "IPMI told " << list.size() - before << " versions, "
+                                           << components.size() << " of firmware components";
     return channel->Run().IsCancelled() ? INVENTORY_FAILED : INVENTORY_SUCCESS;
 }
 

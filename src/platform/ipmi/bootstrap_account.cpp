@@ -21,14 +21,14 @@ using VantixConnection::ConnectOption;
 
 namespace {
 
-constexpr const char* kLogSource = "bootstrap_account";
+constexpr const char* kBootstrapAccountLog = "bootstrap_account";
 
 TarselResult Refused(const std::string& why, const std::string& advice) {
     const TarselResult result(
         KCS_CONNECT_FAILED,
         "No account for this machine's BMC could be got from the BMC itself: " + why + "; " +
             advice + ", or give user name and password with --user.");
-    Log(2, kLogSource, __LINE__).Stream() << result;
+    Log(2, kBootstrapAccountLog, __LINE__).Stream() << result;
     return result;
 }
 

@@ -18,7 +18,7 @@ using VantixConnection::ConnectOption;
 
 namespace {
 
-constexpr const char* kLogSource = "ipmi_channel";
+constexpr const char* kIpmiChannelLog = "ipmi_channel";
 constexpr std::size_t kFirstFruBytes = 256;
 constexpr std::size_t kFirstLocatedBytes = 128;
 constexpr std::size_t kMostFruBytes = 8192;
@@ -60,7 +60,7 @@ std::shared_ptr<IpmiChannel> IpmiChannel::Of(const ConnectionInfo& connection) {
     auto channel = std::make_shared<IpmiChannel>(option, SystemIpmiRunner(), SystemClock());
     const IpmiFailure failure = channel->Open();
     if (!failure) return channel;
-    Log(2, kLogSource, __LINE__).Stream() << "Local IPMI is not usable: " << failure.text;
+    Log(2, kIpmiChannelLog, __LINE__).Stream() << "Local IPMI is not usable: " << failure.text;
     return nullptr;
 }
 
@@ -124,7 +124,7 @@ IpmiFailure IpmiChannel::Ask(const RawRequests& requests, RawAnswers& answers) {
 
 void IpmiChannel::Keep(const IpmiFailure& failure) {
     if (!failure) return;
-    Log(2, kLogSource, __LINE__).Stream() << "IPMI session broken off: " << failure.text;
+    Log(2, kIpmiChannelLog, __LINE__).Stream() << "IPMI session broken off: " << failure.text;
     if (!failure_) failure_ = failure;
 }
 
@@ -150,7 +150,7 @@ FruData IpmiChannel::ReadFru(std::uint8_t id, FruSize size, Bytes image) {
     }
     FruData data = ReadFruData(image);
     if (data.has_bad_checksum) {
-        Log(2, kLogSource, __LINE__).Stream()
+        Log(2, kIpmiChannelLog, __LINE__).Stream()
             << "FRU " << static_cast<int>(id) << " has an area with a wrong checksum";
     }
     return data;

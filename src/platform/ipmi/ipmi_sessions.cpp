@@ -14,14 +14,14 @@ using transport::Milliseconds;
 
 namespace {
 
-constexpr const char* kLogSource = "ipmi_sessions";
+constexpr const char* kIpmiSessionsLog = "ipmi_sessions";
 constexpr const char* kTool = "ipmitool";
 constexpr int kNewerCipher = 17;
 constexpr int kOlderCipher = 3;
 constexpr int kMostSilentSessions = 2;
-constexpr int kMostBusyAnswers = 3;
+constexpr int kMostBusySessions = 3;
 constexpr Milliseconds kHardLimit{30000};
-constexpr Milliseconds kBusyPause{5000};
+constexpr Milliseconds kBusySessionPause{5000};
 constexpr Milliseconds kLookAtCancel{100};
 
 bool IsSilence(IpmiProblem problem) {
@@ -89,11 +89,11 @@ Milliseconds IpmiSessions::TimeLeft() const {
 
 void IpmiSessions::Note(const SessionResult& result) {
     // Error lines of a session that worked tell of single commands only.
-    Log(4, kLogSource, __LINE__).Stream()
+    Log(4, kIpmiSessionsLog, __LINE__).Stream()
         << "IPMI session, cipher suite " << try_.cipher << ", "
         << (result.texts.empty() ? "not opened: " : "opened ") << result.failure.text;
     if (result.failure) {
-        Log(4, kLogSource, __LINE__).Stream() << "ipmitool said: " << result.error_output;
+        Log(4, kIpmiSessionsLog, __LINE__).Stream() << "ipmitool said: " << result.error_output;
     }
     if (result.failure.problem == IpmiProblem::kAuthentication) {
         option_.run->LoginRefused("IPMI, " + result.failure.text);
@@ -118,9 +118,9 @@ bool IpmiSessions::PrepareNextTry(const IpmiFailure& failure) {
         case IpmiProblem::kPrivilege:
             return NextPrivilege();
         case IpmiProblem::kBusy:
-            if (++busy_answers_ > kMostBusyAnswers) return false;
+            if (++busy_answers_ > kMostBusySessions) return false;
             option_.run->Activity("the BMC is busy, waiting to ask it again over IPMI");
-            Pause(kBusyPause);
+            Pause(kBusySessionPause);
             return !option_.run->IsCancelled();
         default:
             return false;

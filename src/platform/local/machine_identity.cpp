@@ -17,7 +17,7 @@ using transport::SystemRoot;
 
 namespace {
 
-constexpr const char* kLogSource = "machine_identity";
+constexpr const char* kMachineIdentityLog = "machine_identity";
 constexpr const char* kAttributes = "/sys/class/dmi/id/";
 // The second is a link to the first, which recorded trees may lack.
 constexpr const char* kDeviceTrees[] = {"/sys/firmware/devicetree/base/", "/proc/device-tree/"};
@@ -49,7 +49,7 @@ constexpr Fact kBiosVersion = {"bios_version", [](const SmbiosStructures& struct
 
 std::string KnownOrLogged(const std::string& value, const std::string& path) {
     if (value.empty() || !redfish::IsPlaceholder(value)) return value;
-    Log(4, kLogSource, __LINE__).Stream() << path << " is a placeholder: " << value;
+    Log(4, kMachineIdentityLog, __LINE__).Stream() << path << " is a placeholder: " << value;
     return {};
 }
 

@@ -18,7 +18,7 @@
 namespace Vantix::local {
 namespace {
 
-constexpr const char* kLogSource = "present_devices";
+constexpr const char* kPresentDevicesLog = "present_devices";
 constexpr DWORD kMostBytes = 64 * 1024;
 
 std::string CleanTextOf(const std::wstring& wide) {
@@ -195,7 +195,7 @@ class DeviceList {
 std::optional<std::vector<PresentDevice>> PresentDevices() {
     const DeviceList list;
     if (!list.IsOpen()) {
-        Log(1, kLogSource, __LINE__).Stream()
+        Log(1, kPresentDevicesLog, __LINE__).Stream()
             << "Windows lists no devices, error " << GetLastError();
         return std::vector<PresentDevice>();
     }

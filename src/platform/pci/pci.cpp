@@ -23,7 +23,7 @@ using Vantix::VantixConnection::ActiveRun;
 using Vantix::VantixConnection::SourceState;
 using Vantix::VantixConnection::SourceStatus;
 
-constexpr const char* kLogSource = "platform/pci";
+constexpr const char* kPciLog = "platform/pci";
 constexpr const char* kSlowSource = "product data of PCI devices";
 
 void ReportSlow(std::vector<std::string> issues) {
@@ -57,10 +57,10 @@ std::vector<PciInfo> ReadHost(const std::optional<PciAddress>& only) {
 
 int GetPciInfo(std::vector<PciInfo>& devices) try {
     devices = ReadHost(std::nullopt);
-    Log(3, kLogSource, __LINE__).Stream() << "PCI devices: " << devices.size();
+    Log(3, kPciLog, __LINE__).Stream() << "PCI devices: " << devices.size();
     return devices.empty() ? -1 : 0;
 } catch (const std::exception& error) {
-    Log(1, kLogSource, __LINE__).Stream() << "PCI devices could not be read: " << error.what();
+    Log(1, kPciLog, __LINE__).Stream() << "PCI devices could not be read: " << error.what();
     devices.clear();
     return -1;
 }
@@ -73,6 +73,6 @@ int GetPciInfoByAddress(const std::string& pci_address, PciInfo& device) try {
     device = std::move(found.front());
     return 0;
 } catch (const std::exception& error) {
-    Log(1, kLogSource, __LINE__).Stream() << "A PCI device could not be read: " << error.what();
+    Log(1, kPciLog, __LINE__).Stream() << "A PCI device could not be read: " << error.what();
     return -1;
 }

@@ -8,14 +8,6 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
 
-std::string Hex(std::uint32_t number, std::size_t digits) {
-    char letters[8] = {};
-    const char* end = std::to_chars(letters, letters + sizeof(letters), number, 16).ptr;
-    std::string text(letters, static_cast<std::size_t>(end - letters));
-    if (text.size() < digits) text.insert(0, digits - text.size(), '0');
-    return text;
-}
-
 std::string_view Trimmed(std::string_view text) {
     const std::size_t first = text.find_first_not_of(kBlanks);
     if (first == std::string_view::npos) return {};
@@ -41,16 +33,24 @@ std::optional<std::string_view> TakeLast(std::string_view& text, std::string_vie
 
 }  // namespace
 
+std::string HexText(std::uint32_t number, std::size_t digits) {
+    char letters[8] = {};
+    const char* end = std::to_chars(letters, letters + sizeof(letters), number, 16).ptr;
+    std::string text(letters, static_cast<std::size_t>(end - letters));
+    if (text.size() < digits) text.insert(0, digits - text.size(), '0');
+    return text;
+}
+
 std::string PciAddress::BusText() const {
-    return Hex(domain, 4) + ":" + Hex(bus, 2);
+    return HexText(domain, 4) + ":" + HexText(bus, 2);
 }
 
 std::string PciAddress::DeviceText() const {
-    return BusText() + ":" + Hex(device, 2);
+    return BusText() + ":" + HexText(device, 2);
 }
 
 std::string PciAddress::Text() const {
-    return DeviceText() + "." + Hex(function, 1);
+    return DeviceText() + "." + HexText(function, 1);
 }
 
 std::optional<PciAddress> ParsePciAddress(std::string_view text) {

@@ -4,12 +4,16 @@
 #pragma once
 
 #include <compare>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace Vantix::pci {
+
+/// Lower-case hexadecimal digits, with zeros in front up to `digits`.
+[[nodiscard]] std::string HexText(std::uint32_t number, std::size_t digits);
 
 struct PciAddress {
     std::uint32_t domain = 0;    ///< more than 16 bits behind host bridges that the kernel makes up

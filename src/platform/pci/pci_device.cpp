@@ -12,10 +12,9 @@
 namespace Vantix::pci {
 namespace {
 
-constexpr const char* kLogSource = "platform/pci";
+constexpr const char* kPciDeviceLog = "platform/pci";
 constexpr const char* kDeviceFolder = "/sys/bus/pci/devices";
 constexpr std::size_t kMostDigits = 8;
-constexpr std::uint32_t kMissing = 0xFFFF;  // what an empty place answers
 
 using transport::SystemRoot;
 
@@ -57,7 +56,7 @@ void ReadLabel(const SystemRoot& root, PciDevice& device) {
 bool ReadIds(const SystemRoot& root, const std::string& path, PciIds& ids) {
     const auto vendor = ReadId(root, path + "/vendor", 0xFFFF);
     const auto device = ReadId(root, path + "/device", 0xFFFF);
-    if (!vendor || !device || *vendor == kMissing) return false;
+    if (!vendor || !device || *vendor == kNoVendor) return false;
     ids.vendor = *vendor;
     ids.device = *device;
     ids.subsystem_vendor = ReadId(root, path + "/subsystem_vendor", 0xFFFF).value_or(0);
@@ -85,7 +84,7 @@ std::optional<PciDevice> ReadPciDevice(const SystemRoot& root, const PciAddress&
     if (!device.path.empty()) device.names = root.List(device.path);
     if (Has(device.names, "physfn")) return std::nullopt;
     if (device.path.empty() || !ReadIds(root, device.path, device.ids)) {
-        Log(2, kLogSource, __LINE__).Stream()
+        Log(2, kPciDeviceLog, __LINE__).Stream()
             << "PCI device " << address.Text() << " does not tell its vendor and device id";
         return std::nullopt;
     }

@@ -5,19 +5,11 @@
 #include <cstddef>
 #include <string_view>
 
+#include "platform/pci/pci_address.h"
 #include "transport/text/ascii_case.h"
 
 namespace Vantix::pci {
 namespace {
-
-constexpr std::uint32_t kMissing = 0xFFFF;  // what an empty place answers
-
-std::string Hex(std::uint32_t number, std::size_t digits) {
-    char letters[8] = {};
-    const char* end = std::to_chars(letters, letters + sizeof(letters), number, 16).ptr;
-    const std::string text(letters, static_cast<std::size_t>(end - letters));
-    return std::string(digits - std::min(text.size(), digits), '0') + text;
-}
 
 std::optional<std::uint32_t> AllHex(std::string_view text) {
     std::uint32_t number = 0;
@@ -52,15 +44,15 @@ struct Numbers {
 }  // namespace
 
 std::string DeviceIdText(const PciIds& ids) {
-    return Hex(ids.vendor, 4) + Hex(ids.device, 4);
+    return HexText(ids.vendor, 4) + HexText(ids.device, 4);
 }
 
 std::string SubsystemIdText(const PciIds& ids) {
-    return Hex(ids.subsystem_vendor, 4) + Hex(ids.subsystem_device, 4);
+    return HexText(ids.subsystem_vendor, 4) + HexText(ids.subsystem_device, 4);
 }
 
 std::string ClassCodeText(const PciIds& ids) {
-    return ids.class_code == kNoClass ? std::string() : Hex(ids.class_code, 6);
+    return ids.class_code == kNoClass ? std::string() : HexText(ids.class_code, 6);
 }
 
 std::optional<PciIds> ParsePciHardwareIds(const std::vector<std::string>& ids) {
@@ -76,7 +68,7 @@ std::optional<PciIds> ParsePciHardwareIds(const std::vector<std::string>& ids) {
             rest.remove_prefix(std::min(end + 1, rest.size()));
         }
     }
-    if (!numbers.vendor || !numbers.device || *numbers.vendor == kMissing) return std::nullopt;
+    if (!numbers.vendor || !numbers.device || *numbers.vendor == kNoVendor) return std::nullopt;
     PciIds found;
     found.vendor = *numbers.vendor;
     found.device = *numbers.device;

@@ -11,6 +11,9 @@ namespace Vantix::pci {
 /// No device has this class code.
 inline constexpr std::uint32_t kNoClass = 0xFFFFFFFF;
 
+/// The vendor that an empty place answers with (PCI Local Bus).
+inline constexpr std::uint32_t kNoVendor = 0xFFFF;
+
 struct PciIds {
     std::uint32_t vendor = 0;
     std::uint32_t device = 0;

@@ -18,7 +18,7 @@
 namespace Vantix::pci {
 namespace {
 
-constexpr const char* kLogSource = "platform/pci";
+constexpr const char* kPciInventoryLog = "platform/pci";
 constexpr std::uint64_t kMaxIdFile = 8 * 1024 * 1024;
 constexpr std::size_t kIdFilePiece = 64 * 1024;
 
@@ -45,7 +45,7 @@ PciNames ReadNames(const SystemRoot& root, const std::vector<Found>& found) {
         };
         return PciNames(next_piece, wanted);
     }
-    Log(3, kLogSource, __LINE__).Stream()
+    Log(3, kPciInventoryLog, __LINE__).Stream()
         << "No PCI id file (package pci.ids): devices are shown by their numbers";
     return PciNames(std::string_view(), wanted);
 }
@@ -133,7 +133,8 @@ void KeepReadings(const PciHost& host, const std::vector<std::string>& paths,
             issues.push_back(paths[i] + ": no answer in time");
         }
         if (!is_read) {
-            Log(2, kLogSource, __LINE__).Stream() << "Not readable in time or whole: " << paths[i];
+            Log(2, kPciInventoryLog, __LINE__).Stream()
+                << "Not readable in time or whole: " << paths[i];
         }
         host.root.AddRead(paths[i],
                           is_read ? std::optional(std::move(reading.bytes)) : std::nullopt);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/local/smbios_tables.h"
+#include "transport/text/ascii_case.h"
 
 namespace Vantix::pci {
 namespace {
@@ -44,10 +45,6 @@ constexpr bool IsCapital(char letter) {
     return letter >= 'A' && letter <= 'Z';
 }
 
-constexpr bool IsDigit(char letter) {
-    return letter >= '0' && letter <= '9';
-}
-
 }  // namespace
 
 std::string NumberOfSlot(const transport::SmbiosSlot& slot) {
@@ -58,7 +55,7 @@ std::string NumberOfSlot(const transport::SmbiosSlot& slot) {
     if (word != std::string::npos) {
         std::string_view text = std::string_view(lower).substr(word + 4);
         text.remove_prefix(std::min(text.find_first_not_of(" #-_:0"), text.size()));
-        const auto end = std::find_if_not(text.begin(), text.end(), IsDigit);
+        const auto end = std::find_if_not(text.begin(), text.end(), transport::IsAsciiDigit);
         if (end != text.begin()) return {text.begin(), end};
     }
     return slot.id && *slot.id != 0 ? std::to_string(*slot.id) : std::string();

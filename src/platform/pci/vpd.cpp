@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "transport/text/ascii_case.h"
 #include "transport/text/text_cleaning.h"
 
 namespace Vantix::pci {
@@ -74,17 +75,13 @@ bool IsAlphanumeric(char letter) {
     return (letter >= '0' && letter <= '9') || ((letter | 0x20) >= 'a' && (letter | 0x20) <= 'z');
 }
 
-bool IsDigit(char letter) {
-    return letter >= '0' && letter <= '9';
-}
-
 // Digits with points in them come first; what follows a blank or comma may say more.
 bool LooksLikeVersion(std::string_view text) {
     std::string_view word = text.substr(0, text.find_first_of(" ,;("));
     if (!word.empty() && (word.front() | 0x20) == 'v') word.remove_prefix(1);
     const std::size_t point = word.find('.');
-    return point != std::string_view::npos && point + 1 < word.size() && IsDigit(word.front()) &&
-           IsAlphanumeric(word[point + 1]) &&
+    return point != std::string_view::npos && point + 1 < word.size() &&
+           transport::IsAsciiDigit(word.front()) && IsAlphanumeric(word[point + 1]) &&
            std::all_of(word.begin(), word.end(), [](char letter) {
                return IsAlphanumeric(letter) || letter == '.' || letter == '-' || letter == '_';
            });

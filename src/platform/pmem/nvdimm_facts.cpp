@@ -15,7 +15,7 @@ using VantixOptions::SoftwareIdentity_;
 
 namespace {
 
-constexpr const char* kLogSource = "nvdimm_facts";
+constexpr const char* kNvdimmFactsLog = "nvdimm_facts";
 
 }  // namespace
 
@@ -42,7 +42,7 @@ SoftwareIdentity_ MakeIdentity(const NvdimmFacts& facts) {
     identity.AssociatedAdapterSlot = slot.number;
     identity.SlotType = redfish::kSlotMemory;
     if (identity.VersionString.empty()) {
-        Log(4, kLogSource, __LINE__).Stream()
+        Log(4, kNvdimmFactsLog, __LINE__).Stream()
             << facts.name << ": nobody tells its firmware revision; hardware revision "
             << facts.hardware_revision;
     }

@@ -18,7 +18,7 @@
 
 namespace {
 
-constexpr const char* kLogSource = "pmem";
+constexpr const char* kPmemLog = "pmem";
 
 // The kernel's own list where it has one; Windows shows the table of the firmware alone.
 std::vector<Vantix::VantixOptions::SoftwareIdentity_> ReadModules(
@@ -34,7 +34,7 @@ std::vector<Vantix::VantixOptions::SoftwareIdentity_> ReadModules(
 int PmemManger::GetSoftwareIdentity(std::vector<Vantix::VantixOptions::SoftwareIdentity_>& list) {
     const auto root = Vantix::local::HostRoot();
     auto modules = ReadModules(*root);
-    Vantix::Log(3, kLogSource, __LINE__).Stream()
+    Vantix::Log(3, kPmemLog, __LINE__).Stream()
         << "persistent-memory modules of this machine: " << modules.size();
     list.insert(list.end(), std::make_move_iterator(modules.begin()),
                 std::make_move_iterator(modules.end()));

@@ -17,7 +17,7 @@ using transport::Command;
 using transport::CommandEnd;
 using transport::CommandOutcome;
 
-constexpr const char* kLogSource = "arcconf_tool";
+constexpr const char* kArcconfToolLog = "arcconf_tool";
 constexpr const char* kProgram = "arcconf";
 
 // A recorded tree brings its own program, or has none: this machine's would tell of this machine.
@@ -96,7 +96,7 @@ CommandOutcome ArcconfTool::Run(Command command) {
         programs_.erase(programs_.begin());
     }
     if (outcome.end != CommandEnd::kNotFound) {
-        Log(4, kLogSource, __LINE__).Stream()
+        Log(4, kArcconfToolLog, __LINE__).Stream()
             << command.program << ": " << spoken << ": exit status " << outcome.exit_status << ", "
             << outcome.output.size() << " bytes";
     }

@@ -17,7 +17,7 @@ namespace {
 using ARCCONF::RaidController;
 using transport::ArcconfProblem;
 
-constexpr const char* kLogSource = "raid_scan";
+constexpr const char* kRaidScanLog = "raid_scan";
 
 bool IsServed(const RaidAdapter& adapter) {
     return adapter.is_served;
@@ -70,7 +70,7 @@ void RaidScan::AskForAdapter(RaidController& controller) {
     controller.PciAddress = adapter.pci_address;
     controller.FirmwareVersion = adapter.firmware_version;
     if (answer.problem == ArcconfProblem::kNone && !adapter.pci_address.empty()) return;
-    Log(2, kLogSource, __LINE__).Stream()
+    Log(2, kRaidScanLog, __LINE__).Stream()
         << "arcconf does not tell address and firmware of controller " << controller.Id << ": "
         << answer.words;
 }
@@ -115,7 +115,7 @@ int RaidScan::ReadDisks(RaidController& controller) {
     } else if (!told.has_section || !told.is_whole) {
         AddGap(label, CauseCutOff(), true);
     } else {
-        Log(4, kLogSource, __LINE__).Stream() << label << ": " << told.disks.size() << " disks";
+        Log(4, kRaidScanLog, __LINE__).Stream() << label << ": " << told.disks.size() << " disks";
     }
     Report({gaps_.begin() + static_cast<std::ptrdiff_t>(known_gaps), gaps_.end()});
     const bool is_incomplete = !told.has_section || !told.is_whole;
@@ -130,7 +130,7 @@ void RaidScan::AddToolGaps(ArcconfProblem problem, const std::string& words) {
     const bool is_silent =
         problem == ArcconfProblem::kNotInstalled || problem == ArcconfProblem::kNoController;
     if (!adapters_.list.empty() || !is_silent) {
-        Log(2, kLogSource, __LINE__).Stream() << cause.text << ". " << cause.advice;
+        Log(2, kRaidScanLog, __LINE__).Stream() << cause.text << ". " << cause.advice;
     }
     for (const RaidAdapter& adapter : adapters_.list) {
         if (adapter.is_served) AddGap(LabelOf(adapter), cause, adapter.hides_disks);
@@ -138,7 +138,7 @@ void RaidScan::AddToolGaps(ArcconfProblem problem, const std::string& words) {
 }
 
 void RaidScan::AddGap(const std::string& label, RaidCause cause, bool is_certain) {
-    Log(3, kLogSource, __LINE__).Stream() << "Disks not read: " << label << ": " << cause.text;
+    Log(3, kRaidScanLog, __LINE__).Stream() << "Disks not read: " << label << ": " << cause.text;
     gaps_.push_back({label, std::move(cause), is_certain});
 }
 

@@ -6,6 +6,7 @@
 
 #include "platform/redfish/text_rules.h"
 #include "transport/redfish/json_fields.h"
+#include "transport/text/ascii_case.h"
 
 namespace Vantix::redfish {
 namespace {
@@ -43,17 +44,13 @@ constexpr Rule kRules[] = {
 bool IsWordCharacter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
 }
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 /// `text` and `word` in lower case. A word start may be followed by digits only ("ilo7"), so that
 /// "ilo" is not found in "ilonder".
 bool HasWord(std::string_view text, std::string_view word, bool may_have_digits) {
     for (std::size_t at = text.find(word); at != std::string_view::npos;
          at = text.find(word, at + 1)) {
         std::size_t end = at + word.size();
-        while (may_have_digits && end < text.size() && IsDigit(text[end])) ++end;
+        while (may_have_digits && end < text.size() && transport::IsAsciiDigit(text[end])) ++end;
         const bool starts = at == 0 || !IsWordCharacter(text[at - 1]);
         if (starts && (end == text.size() || !IsWordCharacter(text[end]))) return true;
     }
@@ -91,8 +88,8 @@ int TavroGeneration(const std::string& text) {
         skip_blanks();
         break;
     }
-    const bool is_one_digit =
-        !rest.empty() && IsDigit(rest[0]) && (rest.size() == 1 || !IsDigit(rest[1]));
+    const bool is_one_digit = !rest.empty() && transport::IsAsciiDigit(rest[0]) &&
+                              (rest.size() == 1 || !transport::IsAsciiDigit(rest[1]));
     return is_one_digit ? rest[0] - '0' : 0;
 }
 

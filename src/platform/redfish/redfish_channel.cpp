@@ -22,7 +22,7 @@ namespace json = transport::json;
 
 namespace {
 
-constexpr const char* kLogSource = "redfish_channel";
+constexpr const char* kRedfishChannelLog = "redfish_channel";
 constexpr Milliseconds kLogOutGrace{10000};
 constexpr Milliseconds kSettleWait{3000};
 constexpr int kSettleRounds = 5;
@@ -259,7 +259,7 @@ void RedfishChannel::Close() {
     }
     const RedfishFailure failure = service_.Close();
     if (!failure) return;
-    Log(2, kLogSource, __LINE__).Stream() << "Log-out failed: " << failure.text;
+    Log(2, kRedfishChannelLog, __LINE__).Stream() << "Log-out failed: " << failure.text;
     option_.run->AddNotice("The session on the BMC could not be ended (" + failure.text +
                            "); it ends by itself after the BMC's session time-out.");
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "transport/text/ascii_case.h"
+
 namespace Vantix::redfish {
 namespace {
 
@@ -11,9 +13,6 @@ bool IsCapital(char c) {
 }
 bool IsSmall(char c) {
     return c >= 'a' && c <= 'z';
-}
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
 }
 bool IsLetter(char c) {
     return IsCapital(c) || IsSmall(c);
@@ -109,7 +108,7 @@ bool IsCountingDigits(std::string_view text) {
     if (text == "9876543210" || text == "987654321") return true;
     if (text.empty() || (text.front() != '0' && text.front() != '1')) return false;
     std::size_t run = 1;
-    while (run < text.size() && IsDigit(text[run]) &&
+    while (run < text.size() && transport::IsAsciiDigit(text[run]) &&
            (text[run - 1] - '0' + 1) % 10 == text[run] - '0') {
         ++run;
     }
@@ -140,8 +139,8 @@ std::vector<std::string> Words(std::string_view text) {
     std::vector<std::string> words;
     char before = ' ';
     for (const char c : text) {
-        const bool is_part = IsLetter(c) || IsDigit(c);
-        const bool was_part = IsLetter(before) || IsDigit(before);
+        const bool is_part = IsLetter(c) || transport::IsAsciiDigit(c);
+        const bool was_part = IsLetter(before) || transport::IsAsciiDigit(before);
         if (is_part && (!was_part || StartsNewWord(before, c))) words.emplace_back();
         if (is_part) words.back() += Lower(std::string_view(&c, 1));
         before = c;

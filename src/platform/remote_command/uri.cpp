@@ -6,6 +6,7 @@
 
 #include "platform/connection/target_address.h"
 #include "platform/remote_command/remote_command.h"
+#include "transport/text/ascii_case.h"
 
 namespace Vantix {
 namespace {
@@ -22,10 +23,6 @@ bool IsLetter(char letter) {
     return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z');
 }
 
-bool IsDigit(char letter) {
-    return letter >= '0' && letter <= '9';
-}
-
 char LowerCase(char letter) {
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
@@ -33,8 +30,8 @@ char LowerCase(char letter) {
 bool IsScheme(std::string_view text) {
     return !text.empty() && IsLetter(text.front()) &&
            std::all_of(text.begin(), text.end(), [](char letter) {
-               return IsLetter(letter) || IsDigit(letter) || letter == '+' || letter == '-' ||
-                      letter == '.';
+               return IsLetter(letter) || transport::IsAsciiDigit(letter) || letter == '+' ||
+                      letter == '-' || letter == '.';
            });
 }
 

@@ -14,7 +14,7 @@ using Vantix::cim::CimChannel;
 using Vantix::cim::CimSource;
 using Vantix::cim::ModuleComponents;
 
-constexpr const char* kLogSource = "chassis_components";
+constexpr const char* kChassisComponentsLog = "chassis_components";
 
 // 0, or the code of what kept the chassis from being read.
 int ReadChassis(CimChannel& channel) {
@@ -26,7 +26,7 @@ int ReadChassis(CimChannel& channel) {
     }
     if (channel.Run().IsCancelled()) return INTERRUPTED_BY_USER;
     for (const std::string& reason : channel.Skipped(CimSource::kSoftware)) {
-        Vantix::Log(2, kLogSource, __LINE__).Stream() << "Left out: " << reason;
+        Vantix::Log(2, kChassisComponentsLog, __LINE__).Stream() << "Left out: " << reason;
     }
     const bool has_no_systems = failure.IsElsewhere() && !channel.Snapshot().software.empty();
     return failure && !has_no_systems ? channel.Remember(failure).code : SUCCEED;

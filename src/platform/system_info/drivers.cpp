@@ -29,7 +29,7 @@ using Vantix::VantixConnection::ActiveRun;
 using Vantix::VantixConnection::SourceState;
 using Vantix::VantixConnection::SourceStatus;
 
-constexpr const char* kLogSource = "drivers";
+constexpr const char* kDriversLog = "drivers";
 
 // One record for each kind of adapter, named as update packages name it ("fakenet_80861521"), and
 // one of the bare name for what else the driver serves, or for one that serves nothing now.
@@ -110,7 +110,7 @@ int SystemInfoScan::GetDriverData(std::vector<DriverData>& drivers) {
     const auto root = Vantix::local::HostRoot();
     Survey survey = ReadSystem(*root);
     if (!survey.is_read) {
-        Vantix::Log(1, kLogSource, __LINE__).Stream() << survey.source << " cannot be read";
+        Vantix::Log(1, kDriversLog, __LINE__).Stream() << survey.source << " cannot be read";
         Report(SourceState::kFailed, 0,
                std::string("This system shows no devices (") + survey.source + ").");
         Vantix::local::ReportDenied(*root);
@@ -122,7 +122,7 @@ int SystemInfoScan::GetDriverData(std::vector<DriverData>& drivers) {
                          return NaturalLess(left.Identifier, right.Identifier);
                      });
     const std::vector<DriverData> missing = MissingDrivers(survey.driverless);
-    Vantix::Log(3, kLogSource, __LINE__).Stream()
+    Vantix::Log(3, kDriversLog, __LINE__).Stream()
         << records.size() << " drivers, " << missing.size() << " kinds of devices without driver";
     Report(SourceState::kComplete, records.size() + missing.size(), {});
     Vantix::local::ReportDenied(*root);

@@ -17,7 +17,7 @@ namespace {
 
 using Vantix::transport::SystemRoot;
 
-constexpr const char* kLogSource = "os_info";
+constexpr const char* kOsInfoLog = "os_info";
 constexpr const char* kReleaseFiles[] = {"/etc/os-release", "/usr/lib/os-release"};
 
 std::optional<std::string> ReadRelease(const SystemRoot& root) {
@@ -72,7 +72,7 @@ int SystemInfoScan::GetOSInfo(std::pair<std::string, std::string>& os_arch,
         os_minor_version = MinorFromDebianVersion(*root);
     }
     if (os_arch.second.empty()) {
-        Vantix::Log(2, kLogSource, __LINE__).Stream() << "The architecture is not told.";
+        Vantix::Log(2, kOsInfoLog, __LINE__).Stream() << "The architecture is not told.";
     }
     return SUCCEED;
 }

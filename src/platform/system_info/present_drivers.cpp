@@ -17,7 +17,7 @@ namespace {
 using local::PresentDevice;
 using pci::PciIds;
 
-constexpr const char* kLogSource = "drivers";
+constexpr const char* kPresentDriversLog = "drivers";
 
 bool IsBookkeeping(const PresentDevice& device) {
     constexpr std::array<std::string_view, 6> kBuses = {"acpi_hal", "htree", "root",
@@ -48,8 +48,9 @@ class DriverList {
         if (device.service.empty()) return;
         Count(device.service + (is_adapter ? "_" + pci::DeviceIdText(*ids) : ""), device);
         if (device.problem.value_or(0) == 0) return;
-        Log(2, kLogSource, __LINE__).Stream() << device.instance_id << " does not work, problem "
-                                              << *device.problem << " (" << device.service << ")";
+        Log(2, kPresentDriversLog, __LINE__).Stream()
+            << device.instance_id << " does not work, problem " << *device.problem << " ("
+            << device.service << ")";
     }
 
     [[nodiscard]] PresentDrivers Take() { return std::move(found_); }

@@ -13,7 +13,7 @@ namespace service {
 
 namespace {
 
-constexpr int kLogDetail = 4;
+constexpr int kRowLogDetail = 4;
 constexpr int kMaxRows = 30;
 constexpr std::uint64_t kColumnPadding = 4;
 constexpr char kDriverClassification[] = "22";
@@ -74,7 +74,7 @@ class ResultRows {
     void AddRow(const UpdateScanItem& item) {
         const std::string slot = SlotCell(item);
         if (item.name.empty() || item.version.empty()) {
-            Vantix::Log(kLogDetail, kSerializeLogSource, __LINE__).Stream()
+            Vantix::Log(kRowLogDetail, kSerializeLogSource, __LINE__).Stream()
                 << "Ignore empty item: " << item.name << "|" << slot << "|" << item.version;
             return;
         }

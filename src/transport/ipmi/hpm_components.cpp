@@ -7,7 +7,7 @@
 namespace Vantix::transport {
 namespace {
 
-constexpr std::uint8_t kGroupExtension = 0x2c;
+constexpr std::uint8_t kPicmgExtension = 0x2c;
 constexpr std::uint8_t kPicmg = 0x00;
 constexpr std::uint8_t kGetCapabilities = 0x2e;
 constexpr std::uint8_t kGetProperty = 0x2f;
@@ -24,15 +24,15 @@ bool IsPicmgAnswer(const RawAnswer& answer) {
 }  // namespace
 
 RawRequest HpmCapabilitiesRequest() {
-    return {kGroupExtension, kGetCapabilities, {kPicmg}};
+    return {kPicmgExtension, kGetCapabilities, {kPicmg}};
 }
 
 RawRequest HpmDescriptionRequest(std::uint8_t component) {
-    return {kGroupExtension, kGetProperty, {kPicmg, component, kDescription}};
+    return {kPicmgExtension, kGetProperty, {kPicmg, component, kDescription}};
 }
 
 RawRequest HpmRevisionRequest(std::uint8_t component) {
-    return {kGroupExtension, kGetProperty, {kPicmg, component, kCurrentRevision}};
+    return {kPicmgExtension, kGetProperty, {kPicmg, component, kCurrentRevision}};
 }
 
 std::vector<std::uint8_t> ParseHpmComponents(const RawAnswer& answer) {

@@ -10,15 +10,15 @@
 namespace Vantix::transport {
 namespace {
 
-constexpr std::uint8_t kStorage = 0x0a;
+constexpr std::uint8_t kStorageFunction = 0x0a;
 constexpr std::uint8_t kReserve = 0x22;
 constexpr std::uint8_t kGetRecord = 0x23;
 constexpr int kReservationCancelled = 0xc5;
 constexpr int kMostReservations = 8;
 constexpr int kMostRecords = 1024;
 constexpr std::uint16_t kLastRecord = 0xffff;
-constexpr std::size_t kHeaderLength = 5;  // id, version, type, length of the rest
-constexpr std::size_t kChunk = 16;
+constexpr std::size_t kSdrHeaderLength = 5;  // id, version, type, length of the rest
+constexpr std::size_t kSdrChunk = 16;
 constexpr std::uint8_t kFruLocator = 0x11;
 
 using Ask = std::function<RawAnswer(const RawRequest&)>;
@@ -41,7 +41,7 @@ class Repository {
     std::optional<Piece> Read(std::uint16_t id, std::size_t from, std::size_t count) {
         while (HasReservation()) {
             const RawAnswer answer = ask_(
-                {kStorage,
+                {kStorageFunction,
                  kGetRecord,
                  {LowByte(reservation_), LowByte(reservation_ >> 8U), LowByte(id),
                   LowByte(static_cast<std::size_t>(id) >> 8U), LowByte(from), LowByte(count)}});
@@ -63,7 +63,7 @@ class Repository {
     bool HasReservation() {
         if (is_reserved_) return true;
         if (++reservations_ > kMostReservations) return false;
-        const RawAnswer answer = ask_({kStorage, kReserve, {}});
+        const RawAnswer answer = ask_({kStorageFunction, kReserve, {}});
         if (!answer.IsOk() || answer.data.size() < 2) return false;
         reservation_ = static_cast<std::size_t>(answer.data[0] | answer.data[1] << 8);
         is_reserved_ = true;
@@ -79,8 +79,8 @@ class Repository {
 Bytes ReadBody(Repository& repository, std::uint16_t id, std::size_t length) {
     Bytes body;
     while (body.size() < length) {
-        const std::size_t count = std::min(kChunk, length - body.size());
-        const auto piece = repository.Read(id, kHeaderLength + body.size(), count);
+        const std::size_t count = std::min(kSdrChunk, length - body.size());
+        const auto piece = repository.Read(id, kSdrHeaderLength + body.size(), count);
         if (!piece) return {};
         body.insert(body.end(), piece->bytes.begin(), piece->bytes.end());
     }
@@ -107,7 +107,7 @@ std::string ReadFruLocatorText(const Ask& ask) {
     Repository repository(ask);
     std::uint16_t id = 0;
     for (int record = 0; record < kMostRecords && id != kLastRecord; ++record) {
-        const auto header = repository.Read(id, 0, kHeaderLength);
+        const auto header = repository.Read(id, 0, kSdrHeaderLength);
         if (!header) break;
         const std::size_t length = header->bytes[4];
         if (header->bytes[3] == kFruLocator) text += LocatorText(ReadBody(repository, id, length));

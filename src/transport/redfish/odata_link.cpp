@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "transport/text/ascii_case.h"
+
 namespace Vantix::transport {
 namespace {
 
@@ -11,11 +13,8 @@ constexpr std::string_view kBlanks = " \t\r\n";
 bool IsLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 bool IsHex(char c) {
-    return IsDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+    return IsAsciiDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
 std::string_view Trimmed(std::string_view text) {
@@ -26,7 +25,7 @@ std::string_view Trimmed(std::string_view text) {
 
 bool IsLegal(char c) {
     constexpr std::string_view kMarks = "-._~:/?#[]@!$&'()*+,;=";
-    return IsLetter(c) || IsDigit(c) || kMarks.find(c) != std::string_view::npos;
+    return IsLetter(c) || IsAsciiDigit(c) || kMarks.find(c) != std::string_view::npos;
 }
 
 /// The raw text cut into what RFC 3986 calls path, query and fragment.
@@ -39,7 +38,7 @@ struct Pieces {
 
 std::size_t HostStart(std::string_view text) {
     std::size_t at = 0;
-    while (at < text.size() && (IsLetter(text[at]) || (at > 0 && IsDigit(text[at])))) ++at;
+    while (at < text.size() && (IsLetter(text[at]) || (at > 0 && IsAsciiDigit(text[at])))) ++at;
     if (at > 0 && text.substr(at, 3) == "://") return at + 3;
     // Two slashes at the start mean a host by the standard; services that double slashes mean the
     // path of their root.

@@ -14,10 +14,6 @@ constexpr std::size_t kBlock = 64 * 1024;
 // What comes while nobody reads: answers are a few bytes.
 constexpr std::size_t kMostUnread = 1024 * 1024;
 
-SshFailure Broken(const std::string& why) {
-    return {SshProblem::kFileTransfer, why};
-}
-
 }  // namespace
 
 ProcessTalk::ProcessTalk(SshLink& link)
@@ -44,8 +40,8 @@ std::string ProcessTalk::Words() const {
 }
 
 SshFailure ProcessTalk::Ended() const {
-    if (auto failure = process_.NeverBegan()) return Broken(failure.text);
-    return Broken(Words());
+    if (auto failure = process_.NeverBegan()) return BrokenTransfer(failure.text);
+    return BrokenTransfer(Words());
 }
 
 // One step forward, or why there will be none.
@@ -61,7 +57,7 @@ SshFailure ProcessTalk::More() {
 SshFailure ProcessTalk::ReadLine(std::string& line) {
     std::size_t end = std::string::npos;
     while ((end = output_.find('\n')) == std::string::npos) {
-        if (output_.size() > kLongestLine) return Broken("an endless line came");
+        if (output_.size() > kLongestLine) return BrokenTransfer("an endless line came");
         if (auto failure = More()) return failure;
     }
     line = output_.substr(0, end);
@@ -99,7 +95,7 @@ SshFailure ProcessTalk::Send(std::string_view bytes) {
         bytes.remove_prefix(written);
         if (written > 0) limit_.Renew(link_.Target().limits.idle);
         if (process_.Channel().IsClosed()) return Ended();
-        if (output_.size() > kMostUnread) return Broken("it talks instead of listening");
+        if (output_.size() > kMostUnread) return BrokenTransfer("it talks instead of listening");
         if (written > 0) continue;
         if (auto failure = link_.Pump(limit_)) return failure;
     }
@@ -124,8 +120,8 @@ SshFailure ProcessTalk::Finish() {
     while (output_.empty() && !channel.IsClosed() && !channel.HasResult()) {
         if (auto failure = link_.Pump(limit_)) return failure;
     }
-    if (!output_.empty()) return Broken("more came than was announced");
-    return channel.ExitStatus().value_or(-1) == 0 ? SshFailure{} : Broken(Words());
+    if (!output_.empty()) return BrokenTransfer("more came than was announced");
+    return channel.ExitStatus().value_or(-1) == 0 ? SshFailure{} : BrokenTransfer(Words());
 }
 
 }  // namespace Vantix::transport

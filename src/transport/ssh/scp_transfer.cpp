@@ -9,10 +9,6 @@ namespace {
 
 constexpr char kGo = '\0';
 
-SshFailure Broken(const std::string& why) {
-    return {SshProblem::kFileTransfer, why};
-}
-
 SshFailure ExpectGo(ProcessTalk& talk) {
     char byte = kGo;
     if (auto failure = talk.ReadByte(byte)) return failure;
@@ -20,7 +16,7 @@ SshFailure ExpectGo(ProcessTalk& talk) {
     std::string rest;
     if (auto failure = talk.ReadLine(rest)) return failure;
     const ScpLine line = ParseScpLine(byte + rest);
-    return Broken(line.words.empty() ? "scp answered out of turn" : line.words);
+    return BrokenTransfer(line.words.empty() ? "scp answered out of turn" : line.words);
 }
 
 SshFailure Go(ProcessTalk& talk) {
@@ -39,9 +35,9 @@ SshFailure DownloadByScp(SshLink& link, const std::string& remote_path, PartFile
     const ScpLine line = ParseScpLine(text);
     if (line.kind == ScpLine::Kind::kError) {
         const bool is_missing = line.words.find("No such file") != std::string::npos;
-        return is_missing ? NoSuchFile(remote_path) : Broken(line.words);
+        return is_missing ? NoSuchFile(remote_path) : BrokenTransfer(line.words);
     }
-    if (line.kind != ScpLine::Kind::kFile) return Broken("scp sent no file");
+    if (line.kind != ScpLine::Kind::kFile) return BrokenTransfer("scp sent no file");
     if (line.size > file.MaxBytes()) return TooLarge(file.MaxBytes());
     if (auto failure = Go(talk)) return failure;
     if (auto failure = talk.ReadInto(file, line.size)) return failure;

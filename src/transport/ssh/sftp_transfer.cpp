@@ -14,7 +14,7 @@ namespace Vantix::transport {
 namespace {
 
 // What every server takes in one packet (the draft asks for 34000 bytes).
-constexpr std::uint32_t kBlock = 32 * 1024;
+constexpr std::uint32_t kPacketBytes = 32 * 1024;
 constexpr std::size_t kRequestsInFlight = 16;
 
 class SftpTalk {
@@ -148,8 +148,8 @@ class SftpDownload {
     void AskAhead() {
         const std::size_t most = KnowsSize() ? kRequestsInFlight : 1;
         while (asked_.size() < most && (!KnowsSize() || next_ < *size_)) {
-            const std::uint64_t left = KnowsSize() ? *size_ - next_ : kBlock;
-            Ask({next_, static_cast<std::uint32_t>(std::min<std::uint64_t>(left, kBlock))});
+            const std::uint64_t left = KnowsSize() ? *size_ - next_ : kPacketBytes;
+            Ask({next_, static_cast<std::uint32_t>(std::min<std::uint64_t>(left, kPacketBytes))});
             next_ += asked_.rbegin()->second.length;
         }
     }
@@ -162,7 +162,7 @@ class SftpDownload {
 
     SshFailure Take(const SftpReply& reply) {
         const auto found = asked_.find(reply.id);
-        if (found == asked_.end()) return Broken();
+        if (found == asked_.end()) return OutOfTurn();
         const Block block = found->second;
         asked_.erase(found);
         if (reply.kind == SftpReplyKind::kStatus && reply.status == kSftpEof) {
@@ -173,7 +173,7 @@ class SftpDownload {
         // Replies come in the order of the requests; a server that mixes them is left to other
         // ways.
         const std::size_t count = reply.text.size();
-        if (block.offset != file_.Size() || count == 0 || count > block.length) return Broken();
+        if (block.offset != file_.Size() || count == 0 || count > block.length) return OutOfTurn();
         if (auto failure = file_.Append(reply.text)) return failure;
         if (count == block.length) return {};
         return AskAgainFrom(block.offset + count);
@@ -184,13 +184,13 @@ class SftpDownload {
         while (!asked_.empty()) {
             SftpReply dropped;
             if (auto failure = talk_.Next(dropped)) return failure;
-            if (asked_.erase(dropped.id) == 0) return Broken();
+            if (asked_.erase(dropped.id) == 0) return OutOfTurn();
         }
         next_ = offset;
         return {};
     }
 
-    static SshFailure Broken() { return {SshProblem::kFileTransfer, "SFTP answered out of turn"}; }
+    static SshFailure OutOfTurn() { return BrokenTransfer("SFTP answered out of turn"); }
 
     SftpTalk& talk_;
     PartFile& file_;
@@ -201,12 +201,12 @@ class SftpDownload {
 };
 
 SshFailure SendBlocks(SftpTalk& talk, std::ifstream& file, const UploadJob& job) {
-    std::string block(kBlock, '\0');
+    std::string block(kPacketBytes, '\0');
     std::uint64_t offset = 0;
     std::size_t in_flight = 0;
     while (offset < job.size || in_flight > 0) {
         while (offset < job.size && in_flight < kRequestsInFlight) {
-            const std::uint64_t length = std::min<std::uint64_t>(kBlock, job.size - offset);
+            const std::uint64_t length = std::min<std::uint64_t>(kPacketBytes, job.size - offset);
             block.resize(static_cast<std::size_t>(length));
             if (!file.read(block.data(), static_cast<std::streamsize>(length))) {
                 return LocalReadFailure(job.local_file);

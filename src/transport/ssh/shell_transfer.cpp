@@ -11,10 +11,6 @@ namespace {
 // An exit status that no usual command has.
 constexpr int kMissing = 44;
 
-SshFailure Broken(const std::string& why) {
-    return {SshProblem::kFileTransfer, why};
-}
-
 // wc pads its number with blanks on some systems.
 bool ReadCount(const std::string& line, std::uint64_t& count) {
     const std::size_t first = line.find_first_not_of(' ');
@@ -30,7 +26,7 @@ SshFailure ExpectSize(ProcessTalk& talk, std::uint64_t expected) {
     std::string line;
     if (auto failure = talk.ReadLine(line)) return failure;
     std::uint64_t size = 0;
-    if (!ReadCount(line, size)) return Broken("no size came");
+    if (!ReadCount(line, size)) return BrokenTransfer("no size came");
     if (size != expected) return SizeDiffers(expected, size);
     return talk.Finish();
 }
@@ -48,7 +44,7 @@ SshFailure DownloadByShell(SshLink& link, const std::string& remote_path, PartFi
     if (auto failure = talk.ReadLine(line)) return failure;
     if (line == "missing") return NoSuchFile(remote_path);
     std::uint64_t size = 0;
-    if (!ReadCount(line, size)) return Broken("no size came");
+    if (!ReadCount(line, size)) return BrokenTransfer("no size came");
     if (size > file.MaxBytes()) return TooLarge(file.MaxBytes());
     if (auto failure = talk.ReadInto(file, size)) return failure;
     return talk.Finish();

@@ -38,4 +38,9 @@ struct SshFailure {
     explicit operator bool() const { return problem != SshProblem::kNone; }
 };
 
+/// A transfer that did not go as its protocol wants it.
+[[nodiscard]] inline SshFailure BrokenTransfer(const std::string& why) {
+    return {SshProblem::kFileTransfer, why};
+}
+
 }  // namespace Vantix::transport

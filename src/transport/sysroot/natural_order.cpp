@@ -2,17 +2,14 @@
 #include <cctype>
 
 #include "transport/sysroot/system_root.h"
+#include "transport/text/ascii_case.h"
 
 namespace Vantix::transport {
 namespace {
 
-bool IsDigit(char letter) {
-    return letter >= '0' && letter <= '9';
-}
-
 // The digits at the front without leading zeros, and how long the front was.
 std::string_view LeadingNumber(std::string_view text, std::size_t& length) {
-    length = static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), IsDigit) -
+    length = static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), IsAsciiDigit) -
                                       text.begin());
     std::string_view digits = text.substr(0, length);
     digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size()));
@@ -27,7 +24,7 @@ bool NaturalLess(std::string_view left, std::string_view right) {
     while (!left.empty() && !right.empty()) {
         std::size_t left_length = 1;
         std::size_t right_length = 1;
-        if (IsDigit(left.front()) && IsDigit(right.front())) {
+        if (IsAsciiDigit(left.front()) && IsAsciiDigit(right.front())) {
             const std::string_view left_number = LeadingNumber(left, left_length);
             const std::string_view right_number = LeadingNumber(right, right_length);
             if (left_number.size() != right_number.size()) {

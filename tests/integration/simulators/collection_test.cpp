@@ -14,7 +14,6 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-constexpr char kChassis[] = "/redfish/v1/Chassis";
 const std::string kExpandedChassis = std::string(kChassis) + kExpand;
 
 Reply GetExpanded(ExpandMode mode) {

@@ -12,8 +12,6 @@ using simulators::BmcOptions;
 using simulators::BmcSimulator;
 using ::testing::HasSubstr;
 
-constexpr char kChassis[] = "/redfish/v1/Chassis";
-
 TEST(BmcSimulatorLoginTest, RootsAreOpenToEveryone) {
     const SmallTree tree;
     BmcSimulator bmc(tree.Options());

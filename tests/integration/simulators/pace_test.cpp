@@ -17,8 +17,6 @@ using simulators::BmcOptions;
 using simulators::BmcSimulator;
 using std::chrono::milliseconds;
 
-constexpr char kRoot[] = "/redfish/v1";
-
 /// Requests from `clients` threads at once, one each; how long all took.
 milliseconds AskAtOnce(const BmcSimulator& bmc, int clients) {
     const auto start = std::chrono::steady_clock::now();

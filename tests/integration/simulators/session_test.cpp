@@ -15,8 +15,6 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-constexpr char kChassis[] = "/redfish/v1/Chassis";
-
 Reply LogInAt(const BmcOptions& options) {
     BmcSimulator bmc(options);
     return TestClient(bmc).LogIn();

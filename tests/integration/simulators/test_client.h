@@ -13,6 +13,9 @@
 
 namespace simulator_test {
 
+inline constexpr char kRoot[] = "/redfish/v1";
+inline constexpr char kChassis[] = "/redfish/v1/Chassis";
+
 struct Reply {
     CURLcode result = CURLE_OK;
     long status = 0;

@@ -19,8 +19,6 @@ using simulators::TlsVersion;
 using test_support::HasPattern;
 using ::testing::StartsWith;
 
-constexpr char kRoot[] = "/redfish/v1";
-
 TEST(BmcSimulatorTransportTest, CertificateIsVerifiedByItsOwnFile) {
     const SmallTree tree;
     BmcSimulator bmc(tree.Options());

@@ -2,35 +2,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "scan_command_line.h"
 #include "support/temporary_folder.h"
-#include "tarsel/command_line.h"
 
 namespace tarsel {
 namespace {
 
 using testing::HasSubstr;
 using testing::Not;
-using Arguments = std::vector<std::string>;
-
-CommandLine Scan(Arguments arguments) {
-    arguments.insert(arguments.begin(), "scan");
-    return ParseCommandLine(arguments);
-}
-
-ScanArguments Parsed(const Arguments& arguments) {
-    const CommandLine command = Scan(arguments);
-    EXPECT_EQ(command.action, CommandLine::Action::kScan) << command.text;
-    return command.scan;
-}
-
-void ExpectUsageError(const CommandLine& command, const std::string& part) {
-    EXPECT_EQ(command.action, CommandLine::Action::kUsageError);
-    EXPECT_THAT(command.text, HasSubstr(part));
-    EXPECT_THAT(command.text, Not(HasSubstr("\n")));
-}
 
 TEST(CommandLineOwnMachineTest, LocalNeedsNothingElse) {
-    const ScanArguments scan = Parsed({"--local"});
+    const ScanArguments scan = ScanOf(Scan({"--local"}));
     EXPECT_EQ(scan.kind, TargetKind::kLocal);
     EXPECT_EQ(scan.host, "");
     EXPECT_EQ(scan.user, "");
@@ -46,33 +28,33 @@ class CommandLineOwnBmcTest : public testing::TestWithParam<OwnBmcCase> {
 };
 
 TEST_P(CommandLineOwnBmcTest, NeedsNoAddressAndNoUser) {
-    const ScanArguments scan = Parsed({Option()});
+    const ScanArguments scan = ScanOf(Scan({Option()}));
     EXPECT_EQ(scan.kind, GetParam().kind);
     EXPECT_EQ(scan.host, "");
     EXPECT_EQ(scan.user, "");
 }
 
 TEST_P(CommandLineOwnBmcTest, TakesNoOtherOptionForTheAddress) {
-    const ScanArguments scan = Parsed({Option(), "--scantype", "fw"});
+    const ScanArguments scan = ScanOf(Scan({Option(), "--scantype", "fw"}));
     EXPECT_EQ(scan.host, "");
     EXPECT_EQ(scan.scan_type, "fw");
 }
 
 TEST_P(CommandLineOwnBmcTest, AddressIsTakenApart) {
-    const ScanArguments scan = Parsed({Option(), "admin@[::1]:8443"});
+    const ScanArguments scan = ScanOf(Scan({Option(), "admin@[::1]:8443"}));
     EXPECT_EQ(scan.host, "::1");
     EXPECT_EQ(scan.port, 8443);
     EXPECT_EQ(scan.user, "admin");
 }
 
 TEST_P(CommandLineOwnBmcTest, AddressMayComeWithoutAUser) {
-    const ScanArguments scan = Parsed({Option(), "127.0.0.1"});
+    const ScanArguments scan = ScanOf(Scan({Option(), "127.0.0.1"}));
     EXPECT_EQ(scan.host, "127.0.0.1");
     EXPECT_EQ(scan.user, "");
 }
 
 TEST_P(CommandLineOwnBmcTest, UserMayComeWithoutAnAddress) {
-    const ScanArguments scan = Parsed({Option(), "--user", "admin", "--password-fd", "7"});
+    const ScanArguments scan = ScanOf(Scan({Option(), "--user", "admin", "--password-fd", "7"}));
     EXPECT_EQ(scan.host, "");
     EXPECT_EQ(scan.user, "admin");
 }
@@ -99,8 +81,9 @@ TEST_P(CommandLineOwnBmcTest, PasswordInTheAddressIsRefusedAndNotRepeated) {
 }
 
 TEST_P(CommandLineOwnBmcTest, TakesTheOptionsOfItsProtocols) {
-    const ScanArguments scan = Parsed({Option(), "admin@127.0.0.1", "--insecure", "--ipmi-port",
-                                       "1623", "--timeout", "5", "--system-id", "1"});
+    const ScanArguments scan =
+        ScanOf(Scan({Option(), "admin@127.0.0.1", "--insecure", "--ipmi-port", "1623", "--timeout",
+                     "5", "--system-id", "1"}));
     EXPECT_TRUE(scan.is_insecure);
     EXPECT_EQ(scan.ipmi_port, 1623);
     EXPECT_EQ(scan.timeout_seconds, 5);
@@ -112,14 +95,15 @@ INSTANTIATE_TEST_SUITE_P(Options, CommandLineOwnBmcTest,
                                          OwnBmcCase{"--amd", TargetKind::kAmd}));
 
 TEST(CommandLineOwnMachineTest, InBandScanTakesFactsAloneAndCim) {
-    const ScanArguments scan = Parsed({"--inband", "--info-only", "--zelvar", "--cim-port", "1"});
+    const ScanArguments scan =
+        ScanOf(Scan({"--inband", "--info-only", "--zelvar", "--cim-port", "1"}));
     EXPECT_TRUE(scan.is_info_only);
     EXPECT_TRUE(scan.is_zelvar);
     EXPECT_EQ(scan.cim_port, 1);
 }
 
 TEST(CommandLineOwnMachineTest, AmdScanTakesTheClassesOfItsSystems) {
-    const ScanArguments scan = Parsed({"--amd", "--cfc", "--csp"});
+    const ScanArguments scan = ScanOf(Scan({"--amd", "--cfc", "--csp"}));
     EXPECT_TRUE(scan.is_cfc_system);
     EXPECT_TRUE(scan.is_csp_system);
 }
@@ -156,7 +140,8 @@ class CommandLineSysrootTest : public testing::TestWithParam<const char*> {
 };
 
 TEST_P(CommandLineSysrootTest, FolderIsTaken) {
-    EXPECT_EQ(Parsed({GetParam(), "--sysroot", folder_.Path("")}).system_root, folder_.Path(""));
+    EXPECT_EQ(ScanOf(Scan({GetParam(), "--sysroot", folder_.Path("")})).system_root,
+              folder_.Path(""));
 }
 
 TEST_P(CommandLineSysrootTest, WhatIsNoFolderIsRefused) {

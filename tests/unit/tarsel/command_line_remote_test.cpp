@@ -1,14 +1,13 @@
 // A scan over SSH: its options, and which ones go with it.
 #include <gmock/gmock.h>
 
+#include "scan_command_line.h"
 #include "support/temporary_folder.h"
-#include "tarsel/command_line.h"
 
 namespace tarsel {
 namespace {
 
 using testing::HasSubstr;
-using Arguments = std::vector<std::string>;
 
 CommandLine RemoteScan(Arguments more) {
     Arguments arguments = {"scan", "--remoteos", "server7:2222"};
@@ -16,14 +15,12 @@ CommandLine RemoteScan(Arguments more) {
     return ParseCommandLine(arguments);
 }
 
-ScanArguments Parsed(const Arguments& more) {
-    const CommandLine command = RemoteScan(more);
-    EXPECT_EQ(command.action, CommandLine::Action::kScan) << command.text;
-    return command.scan;
+ScanArguments RemoteArguments(const Arguments& more) {
+    return ScanOf(RemoteScan(more));
 }
 
 TEST(CommandLineRemoteTest, UserMayBeMissing) {
-    const ScanArguments scan = Parsed({});
+    const ScanArguments scan = RemoteArguments({});
     EXPECT_EQ(scan.kind, TargetKind::kRemoteOs);
     EXPECT_EQ(scan.host, "server7");
     EXPECT_EQ(scan.port, 2222);
@@ -31,7 +28,7 @@ TEST(CommandLineRemoteTest, UserMayBeMissing) {
 }
 
 TEST(CommandLineRemoteTest, DefaultsAreSafe) {
-    const ScanArguments scan = Parsed({});
+    const ScanArguments scan = RemoteArguments({});
     EXPECT_EQ(scan.remote.host_key, "strict");
     EXPECT_EQ(scan.remote.known_hosts, "");
     EXPECT_EQ(scan.remote.key_file, "");
@@ -43,10 +40,10 @@ TEST(CommandLineRemoteTest, DefaultsAreSafe) {
 TEST(CommandLineRemoteTest, EveryOptionIsTaken) {
     const test_support::TemporaryFolder folder;
     const std::string key = folder.Write("id", "x");
-    const ScanArguments scan =
-        Parsed({"--host-key", "accept-new", "--known-hosts", "hosts", "--ssh-key", key,
-                "--ssh-legacy", "--ssh-passphrase-fd", "7", "--package-dir", folder.Path(""),
-                "--remote-command", "{tarsel} scan --inband --output {folder}", "--keep-remote"});
+    const ScanArguments scan = RemoteArguments(
+        {"--host-key", "accept-new", "--known-hosts", "hosts", "--ssh-key", key, "--ssh-legacy",
+         "--ssh-passphrase-fd", "7", "--package-dir", folder.Path(""), "--remote-command",
+         "{tarsel} scan --inband --output {folder}", "--keep-remote"});
     EXPECT_EQ(scan.remote.host_key, "accept-new");
     EXPECT_EQ(scan.remote.known_hosts, "hosts");
     EXPECT_EQ(scan.remote.key_file, key);

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tarsel/command_line.h"
+#include "scan_command_line.h"
 #include "tarsel/mode_table.h"
 
 namespace tarsel {
@@ -10,20 +10,8 @@ namespace {
 
 using testing::HasSubstr;
 using testing::Not;
-using Arguments = std::vector<std::string>;
 
 constexpr const char* kTarget = "root@127.0.0.1";
-
-CommandLine Scan(Arguments arguments) {
-    arguments.insert(arguments.begin(), "scan");
-    return ParseCommandLine(arguments);
-}
-
-void ExpectUsageError(const CommandLine& command, const std::string& part) {
-    EXPECT_EQ(command.action, CommandLine::Action::kUsageError);
-    EXPECT_THAT(command.text, HasSubstr(part));
-    EXPECT_THAT(command.text, Not(HasSubstr("\n")));
-}
 
 struct KindCase {
     Arguments arguments;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "common/version/version.h"
+#include "scan_command_line.h"
 #include "support/temporary_folder.h"
 #include "tarsel/exit_codes.h"
 
@@ -13,23 +14,16 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
-using Arguments = std::vector<std::string>;
 
 // A scan of a fake target with more arguments behind it.
-CommandLine Scan(const Arguments& more = {}) {
+CommandLine BmcScan(const Arguments& more = {}) {
     Arguments arguments = {"scan", "--bmc", "root@127.0.0.1"};
     arguments.insert(arguments.end(), more.begin(), more.end());
     return ParseCommandLine(arguments);
 }
 
-void ExpectUsageError(const CommandLine& command, const std::string& part) {
-    EXPECT_EQ(command.action, CommandLine::Action::kUsageError);
-    EXPECT_THAT(command.text, HasSubstr(part));
-    EXPECT_THAT(command.text, Not(HasSubstr("\n")));
-}
-
 TEST(CommandLineTest, TargetAloneGivesTheDefaults) {
-    const CommandLine command = Scan();
+    const CommandLine command = BmcScan();
     ASSERT_EQ(command.action, CommandLine::Action::kScan) << command.text;
     EXPECT_EQ(command.scan.host, "127.0.0.1");
     EXPECT_EQ(command.scan.port, 0);
@@ -42,7 +36,7 @@ TEST(CommandLineTest, TargetAloneGivesTheDefaults) {
 }
 
 TEST(CommandLineTest, DefaultsOfPatienceFitRealControllers) {
-    const ScanArguments scan = Scan().scan;
+    const ScanArguments scan = BmcScan().scan;
     EXPECT_EQ(scan.timeout_seconds, 60);
     EXPECT_EQ(scan.connect_timeout_seconds, 10);
     EXPECT_EQ(scan.inventory_timeout_seconds, 240);
@@ -82,11 +76,11 @@ TEST(CommandLineTest, UserMayBeAnOptionOfItsOwn) {
 }
 
 TEST(CommandLineTest, TwoDifferentUsersAreRefused) {
-    ExpectUsageError(Scan({"--user", "admin"}), "different users");
+    ExpectUsageError(BmcScan({"--user", "admin"}), "different users");
 }
 
 TEST(CommandLineTest, SameUserTwiceIsAccepted) {
-    EXPECT_EQ(Scan({"--user", "root"}).action, CommandLine::Action::kScan);
+    EXPECT_EQ(BmcScan({"--user", "root"}).action, CommandLine::Action::kScan);
 }
 
 TEST(CommandLineTest, MissingUserIsTold) {
@@ -134,39 +128,40 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(CommandLineTest, RefusedPasswordArgumentComesWithTheOtherWays) {
     EXPECT_THAT(
-        Scan({"--password", "x"}).text,
+        BmcScan({"--password", "x"}).text,
         AllOf(HasSubstr("TARSEL_PASSWORD"), HasSubstr("--password-file"),
               HasSubstr("--password-fd"), HasSubstr("--password-stdin"), HasSubstr("prompt")));
 }
 
 TEST(CommandLineTest, PasswordSourcesAreTaken) {
-    EXPECT_EQ(Scan({"--password-file", "secret.txt"}).scan.password.file, "secret.txt");
-    EXPECT_EQ(Scan({"--password-fd", "7"}).scan.password.descriptor, 7);
-    EXPECT_TRUE(Scan({"--password-stdin"}).scan.password.is_stdin);
+    EXPECT_EQ(BmcScan({"--password-file", "secret.txt"}).scan.password.file, "secret.txt");
+    EXPECT_EQ(BmcScan({"--password-fd", "7"}).scan.password.descriptor, 7);
+    EXPECT_TRUE(BmcScan({"--password-stdin"}).scan.password.is_stdin);
 }
 
 TEST(CommandLineTest, PasswordSourcesExcludeEachOther) {
-    ExpectUsageError(Scan({"--password-file", "x", "--password-fd", "7"}), "--password");
-    ExpectUsageError(Scan({"--password-file", "x", "--password-stdin"}), "--password");
-    ExpectUsageError(Scan({"--password-fd", "7", "--password-stdin"}), "--password");
+    ExpectUsageError(BmcScan({"--password-file", "x", "--password-fd", "7"}), "--password");
+    ExpectUsageError(BmcScan({"--password-file", "x", "--password-stdin"}), "--password");
+    ExpectUsageError(BmcScan({"--password-fd", "7", "--password-stdin"}), "--password");
 }
 
 TEST(CommandLineTest, ScanTypesAreTheThreeKnownOnes) {
-    EXPECT_EQ(Scan({"--scantype", "fw"}).scan.scan_type, "fw");
-    EXPECT_EQ(Scan({"--scantype=dd"}).scan.scan_type, "dd");
-    ExpectUsageError(Scan({"--scantype", "everything"}), "--scantype");
+    EXPECT_EQ(BmcScan({"--scantype", "fw"}).scan.scan_type, "fw");
+    EXPECT_EQ(BmcScan({"--scantype=dd"}).scan.scan_type, "dd");
+    ExpectUsageError(BmcScan({"--scantype", "everything"}), "--scantype");
 }
 
 TEST(CommandLineTest, VerbosityCounts) {
-    EXPECT_EQ(Scan({"-v"}).scan.verbosity, 1);
-    EXPECT_EQ(Scan({"-vv"}).scan.verbosity, 2);
-    EXPECT_EQ(Scan({"-v", "-v"}).scan.verbosity, 2);
+    EXPECT_EQ(BmcScan({"-v"}).scan.verbosity, 1);
+    EXPECT_EQ(BmcScan({"-vv"}).scan.verbosity, 2);
+    EXPECT_EQ(BmcScan({"-v", "-v"}).scan.verbosity, 2);
 }
 
 TEST(CommandLineTest, PatienceOptionsAreTaken) {
     const ScanArguments scan =
-        Scan({"--timeout", "5", "--connect-timeout", "2", "--inventory-timeout", "9", "--deadline",
-              "30", "--per-target-parallel", "16", "--login-attempts", "2", "--max-body", "8"})
+        BmcScan({"--timeout", "5", "--connect-timeout", "2", "--inventory-timeout", "9",
+                 "--deadline", "30", "--per-target-parallel", "16", "--login-attempts", "2",
+                 "--max-body", "8"})
             .scan;
     EXPECT_EQ(scan.timeout_seconds, 5);
     EXPECT_EQ(scan.connect_timeout_seconds, 2);
@@ -180,7 +175,7 @@ TEST(CommandLineTest, PatienceOptionsAreTaken) {
 class CommandLineRangeTest : public testing::TestWithParam<std::pair<const char*, const char*>> {};
 
 TEST_P(CommandLineRangeTest, ValueOutsideItsRangeIsRefused) {
-    ExpectUsageError(Scan({GetParam().first, GetParam().second}), GetParam().first);
+    ExpectUsageError(BmcScan({GetParam().first, GetParam().second}), GetParam().first);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -195,35 +190,36 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(CommandLineTest, FingerprintIsTakenWithAndWithoutColons) {
     const std::string plain(64, 'a');
-    EXPECT_EQ(Scan({"--pin", plain}).scan.fingerprint, plain);
+    EXPECT_EQ(BmcScan({"--pin", plain}).scan.fingerprint, plain);
     std::string colons = "AB";
     for (int i = 1; i < 32; ++i) colons += ":cd";
-    EXPECT_EQ(Scan({"--pin", colons}).scan.fingerprint, colons);
+    EXPECT_EQ(BmcScan({"--pin", colons}).scan.fingerprint, colons);
 }
 
 TEST(CommandLineTest, InsecureExcludesWhatWouldBeChecked) {
-    ExpectUsageError(Scan({"--insecure", "--pin", std::string(64, 'a')}), "--insecure");
+    ExpectUsageError(BmcScan({"--insecure", "--pin", std::string(64, 'a')}), "--insecure");
     const test_support::TemporaryFolder folder;
-    ExpectUsageError(Scan({"--insecure", "--ca-file", folder.Write("ca.pem", "")}), "--insecure");
+    ExpectUsageError(BmcScan({"--insecure", "--ca-file", folder.Write("ca.pem", "")}),
+                     "--insecure");
 }
 
 TEST(CommandLineTest, ConnectionOptionsAreTaken) {
     const ScanArguments scan =
-        Scan({"--insecure", "--tls-legacy", "--use-env-proxy", "--auth", "basic"}).scan;
+        BmcScan({"--insecure", "--tls-legacy", "--use-env-proxy", "--auth", "basic"}).scan;
     EXPECT_TRUE(scan.is_insecure);
     EXPECT_TRUE(scan.is_tls_legacy);
     EXPECT_TRUE(scan.use_environment_proxy);
     EXPECT_EQ(scan.auth, "basic");
-    EXPECT_EQ(Scan({"--proxy", "http://127.0.0.1:3128"}).scan.proxy, "http://127.0.0.1:3128");
+    EXPECT_EQ(BmcScan({"--proxy", "http://127.0.0.1:3128"}).scan.proxy, "http://127.0.0.1:3128");
 }
 
 TEST(CommandLineTest, ProxyIsGivenOneWayOnly) {
-    ExpectUsageError(Scan({"--proxy", "http://127.0.0.1:3128", "--use-env-proxy"}), "--");
+    ExpectUsageError(BmcScan({"--proxy", "http://127.0.0.1:3128", "--use-env-proxy"}), "--");
 }
 
 TEST(CommandLineTest, TargetOptionsAreTaken) {
     const ScanArguments scan =
-        Scan({"--info-only", "--system-id", "1", "--zelvar", "--cfc", "--csp", "-q"}).scan;
+        BmcScan({"--info-only", "--system-id", "1", "--zelvar", "--cfc", "--csp", "-q"}).scan;
     EXPECT_TRUE(scan.is_info_only);
     EXPECT_EQ(scan.system_id, "1");
     EXPECT_TRUE(scan.is_zelvar);
@@ -233,7 +229,7 @@ TEST(CommandLineTest, TargetOptionsAreTaken) {
 }
 
 TEST(CommandLineTest, UnknownOptionIsNamedWithoutItsValue) {
-    ExpectUsageError(Scan({"--colour=FakePass1"}), "--colour.");
+    ExpectUsageError(BmcScan({"--colour=FakePass1"}), "--colour.");
 }
 
 TEST(CommandLineTest, HelpHoldsTheExitCodes) {

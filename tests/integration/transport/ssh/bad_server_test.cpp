@@ -23,8 +23,6 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr std::uint64_t kMuch = 100 * 1024 * 1024;
-
 class BadSshServerTest : public SshTest {
   protected:
     static SshTarget Nobody(int port) {

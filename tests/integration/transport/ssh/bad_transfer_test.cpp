@@ -21,8 +21,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr std::uint64_t kMuch = 100 * 1024 * 1024;
-
 // A server of the file transfer protocol that knows one file and misbehaves as told: "short"
 // answers half of what was asked for, "more" and "less" lie about the size, "shuffle" answers a
 // read with the bytes of another place, "stop" ends behind the first block, "error" refuses to

@@ -18,8 +18,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr std::uint64_t kMuch = 100 * 1024 * 1024;
-
 // Not a multiple of any block, with every byte in it.
 std::string Bytes(std::size_t count) {
     std::string bytes;

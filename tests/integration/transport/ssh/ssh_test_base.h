@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -12,6 +13,9 @@
 #include "transport/ssh/remote_shell.h"
 
 namespace Vantix::transport {
+
+/// More than any file of the tests holds.
+inline constexpr std::uint64_t kMuch = 100 * 1024 * 1024;
 
 class SshTest : public testing::Test {
   protected:

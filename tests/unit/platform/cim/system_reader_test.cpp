@@ -9,17 +9,17 @@ namespace {
 
 using TextPair = std::pair<std::string, std::string>;
 
-InstanceBuilder System(const std::string& key, const std::string& dedicated) {
+InstanceBuilder DedicatedSystem(const std::string& key, const std::string& dedicated) {
     return AnInstance("EX_System", key).WithArray("Dedicated", {dedicated});
 }
 
 TEST(CimSystemReaderTest, DedicationTellsTheKindOfSystem) {
-    EXPECT_TRUE(IsManagementController(System("b", "28")));
-    EXPECT_TRUE(IsChassisManager(System("m", "29")));
-    EXPECT_TRUE(IsSwitch(System("s", "5")));
-    EXPECT_TRUE(IsSwitch(System("s", "6")));
-    EXPECT_FALSE(IsSwitch(System("h", "0")));
-    EXPECT_FALSE(IsManagementController(System("h", "0")));
+    EXPECT_TRUE(IsManagementController(DedicatedSystem("b", "28")));
+    EXPECT_TRUE(IsChassisManager(DedicatedSystem("m", "29")));
+    EXPECT_TRUE(IsSwitch(DedicatedSystem("s", "5")));
+    EXPECT_TRUE(IsSwitch(DedicatedSystem("s", "6")));
+    EXPECT_FALSE(IsSwitch(DedicatedSystem("h", "0")));
+    EXPECT_FALSE(IsManagementController(DedicatedSystem("h", "0")));
 }
 
 TEST(CimSystemReaderTest, AnyOfSeveralDedicationsCounts) {
@@ -72,7 +72,7 @@ TEST(CimSystemReaderTest, ChassisThatSaysNothingIsPassedOver) {
 TEST(CimSystemReaderTest, SystemCompletesWhatTheChassisLacks) {
     CimSnapshot snapshot;
     snapshot.chassis = {AnInstance("EX", "a").With("Model", "m")};
-    snapshot.systems = {System("h", "0").With("Model", "other").With("SerialNumber", "s")};
+    snapshot.systems = {DedicatedSystem("h", "0").With("Model", "other").With("SerialNumber", "s")};
 
     EXPECT_EQ(ReadMachine(snapshot), (TextPair{"m", "s"}));
 }
@@ -80,7 +80,7 @@ TEST(CimSystemReaderTest, SystemCompletesWhatTheChassisLacks) {
 TEST(CimSystemReaderTest, IdentifyingInformationIsSplitAtTheLastColon) {
     CimSnapshot snapshot;
     snapshot.systems = {
-        System("h", "0")
+        DedicatedSystem("h", "0")
             .WithArray("IdentifyingDescriptions", {"CIM:GUID", "CIM:Model:SerialNumber"})
             .WithArray("OtherIdentifyingInfo", {"x:y", "Mod:el:SN1"})};
 
@@ -89,26 +89,27 @@ TEST(CimSystemReaderTest, IdentifyingInformationIsSplitAtTheLastColon) {
 
 TEST(CimSystemReaderTest, UnevenIdentifyingInformationIsNoHarm) {
     CimSnapshot snapshot;
-    snapshot.systems = {
-        System("h", "0").WithArray("IdentifyingDescriptions", {"CIM:Model:SerialNumber", "x"}),
-        System("g", "0")
-            .WithArray("IdentifyingDescriptions", {"CIM:Model:SerialNumber"})
-            .WithArray("OtherIdentifyingInfo", {"nocolon"})};
+    snapshot.systems = {DedicatedSystem("h", "0").WithArray("IdentifyingDescriptions",
+                                                            {"CIM:Model:SerialNumber", "x"}),
+                        DedicatedSystem("g", "0")
+                            .WithArray("IdentifyingDescriptions", {"CIM:Model:SerialNumber"})
+                            .WithArray("OtherIdentifyingInfo", {"nocolon"})};
 
     EXPECT_EQ(ReadMachine(snapshot), TextPair());
 }
 
 TEST(CimSystemReaderTest, ControllersSerialIsNotTheMachines) {
     CimSnapshot snapshot;
-    snapshot.systems = {System("b", "28").With("SerialNumber", "bmc"),
-                        System("s", "5").With("SerialNumber", "switch")};
+    snapshot.systems = {DedicatedSystem("b", "28").With("SerialNumber", "bmc"),
+                        DedicatedSystem("s", "5").With("SerialNumber", "switch")};
 
     EXPECT_EQ(ReadMachine(snapshot), TextPair());
 }
 
 TEST(CimSystemReaderTest, ControllerIsFoundAmongSystems) {
     CimSnapshot snapshot;
-    snapshot.systems = {System("h", "0"), System("b", "28").With("ElementName", "Ossa2")};
+    snapshot.systems = {DedicatedSystem("h", "0"),
+                        DedicatedSystem("b", "28").With("ElementName", "Ossa2")};
 
     ASSERT_NE(FindController(snapshot), nullptr);
     EXPECT_EQ(ReadControllerFacts(FindController(snapshot)).name, "Ossa2");
@@ -120,9 +121,9 @@ TEST(CimSystemReaderTest, NoControllerHasNoFactsButStillAKind) {
 }
 
 TEST(CimSystemReaderTest, ThirdGenerationIsKnownByModelAndFirmware) {
-    const CimInstance by_model = System("b", "28").With("Model", "Tavro V3");
+    const CimInstance by_model = DedicatedSystem("b", "28").With("Model", "Tavro V3");
     const CimInstance by_firmware =
-        System("b", "28").With("ElementName", "Tavro").With("FirmwareVersion", "TV3 1.0");
+        DedicatedSystem("b", "28").With("ElementName", "Tavro").With("FirmwareVersion", "TV3 1.0");
 
     EXPECT_TRUE(redfish::IsThirdGenerationTavro(ReadControllerFacts(&by_model)));
     EXPECT_TRUE(redfish::IsThirdGenerationTavro(ReadControllerFacts(&by_firmware)));

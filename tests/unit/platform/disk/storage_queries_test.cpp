@@ -20,7 +20,7 @@ using disk_test::ProtocolBytes;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-ADevice ADisk() {
+ADevice ADiskDevice() {
     return {"EXAMPLE ", "EXD4000         ", "B003", "  DSER0001", 0x0a, 0};
 }
 
@@ -50,7 +50,7 @@ TEST(StorageQueriesTest, IdentifyQueryHasRoomForItsAnswer) {
 }
 
 TEST(StorageQueriesTest, DeviceTellsItsTextsAndBus) {
-    const auto device = ReadStorageDevice(ADisk().Bytes());
+    const auto device = ReadStorageDevice(ADiskDevice().Bytes());
     ASSERT_TRUE(device);
     EXPECT_EQ(device->vendor, "EXAMPLE");
     EXPECT_EQ(device->model, "EXD4000");
@@ -61,7 +61,7 @@ TEST(StorageQueriesTest, DeviceTellsItsTextsAndBus) {
 }
 
 TEST(StorageQueriesTest, MissingTextsAreEmpty) {
-    ADevice device = ADisk();
+    ADevice device = ADiskDevice();
     device.vendor = device.serial = "";
     std::string answer = device.Bytes();
     EXPECT_EQ(ReadStorageDevice(answer)->vendor, "");
@@ -72,7 +72,7 @@ TEST(StorageQueriesTest, MissingTextsAreEmpty) {
 }
 
 TEST(StorageQueriesTest, AnswerCutInsideATextLosesThatTextAlone) {
-    std::string answer = ADisk().Bytes();
+    std::string answer = ADiskDevice().Bytes();
     answer.resize(answer.size() - 3);
     const auto device = ReadStorageDevice(answer);
     ASSERT_TRUE(device);
@@ -82,14 +82,14 @@ TEST(StorageQueriesTest, AnswerCutInsideATextLosesThatTextAlone) {
 
 TEST(StorageQueriesTest, TextsInTheFixedPartOrBehindTheEndAreNone) {
     for (const std::uint32_t at : {1U, 8U, 35U, 4096U, 0x7fffffffU, 0x80000000U, 0xfffffffeU}) {
-        std::string answer = ADisk().Bytes();
+        std::string answer = ADiskDevice().Bytes();
         answer.replace(16, 4, LittleEndian(at));
         EXPECT_EQ(ReadStorageDevice(answer)->model, "") << at;
     }
 }
 
 TEST(StorageQueriesTest, DeviceCutInItsFixedPartIsNone) {
-    const std::string answer = ADisk().Bytes();
+    const std::string answer = ADiskDevice().Bytes();
     for (std::size_t length = 0; length < 36; ++length) {
         EXPECT_FALSE(ReadStorageDevice(answer.substr(0, length))) << length;
     }
@@ -97,7 +97,7 @@ TEST(StorageQueriesTest, DeviceCutInItsFixedPartIsNone) {
 }
 
 TEST(StorageQueriesTest, ControlBytesInTextsBecomeBlanks) {
-    ADevice device = ADisk();
+    ADevice device = ADiskDevice();
     device.model = "EX\x1b[31m\nD";
     EXPECT_EQ(ReadStorageDevice(device.Bytes())->model, "EX [31m D");
 }

@@ -23,7 +23,7 @@ using VantixConnection::ConnectOption;
 constexpr const char* kOtherCipher =
     "Error in open session response message : no matching cipher suite\n";
 constexpr const char* kWrongPassword = "> RAKP 2 HMAC is invalid\n";
-constexpr const char* kSilent = "Get Auth Capabilities error\n";
+constexpr const char* kSilentTarget = "Get Auth Capabilities error\n";
 constexpr const char* kLesser = "Set Session Privilege Level to ADMINISTRATOR failed\n";
 constexpr const char* kNoResources =
     "Error in open session response message : insufficient resources for session\n";
@@ -150,13 +150,13 @@ TEST_F(IpmiSessionsTest, LocalInterfaceNeedsNoLogin) {
 }
 
 TEST_F(IpmiSessionsTest, SilentHostCostsOneTryNotOneASuite) {
-    tool_.FailNext(kSilent);
+    tool_.FailNext(kSilentTarget);
     EXPECT_EQ(Sessions().Run(ALine()).failure.problem, IpmiProblem::kNoAnswer);
     EXPECT_THAT(tool_.commands, SizeIs(1));
 }
 
 TEST_F(IpmiSessionsTest, NothingIsSentAfterTwoSilentSessions) {
-    tool_.FailNext(kSilent).EndNext(CommandEnd::kTimedOut);
+    tool_.FailNext(kSilentTarget).EndNext(CommandEnd::kTimedOut);
     IpmiSessions sessions = Sessions();
     (void)sessions.Run(ALine());
     (void)sessions.Run(ALine());
@@ -166,10 +166,10 @@ TEST_F(IpmiSessionsTest, NothingIsSentAfterTwoSilentSessions) {
 
 TEST_F(IpmiSessionsTest, AnswerBetweenTwoSilencesIsForgiven) {
     IpmiSessions sessions = Sessions();
-    tool_.FailNext(kSilent);
+    tool_.FailNext(kSilentTarget);
     (void)sessions.Run(ALine());
     (void)sessions.Run(ALine());
-    tool_.FailNext(kSilent);
+    tool_.FailNext(kSilentTarget);
     (void)sessions.Run(ALine());
     EXPECT_FALSE(sessions.Run(ALine()).failure);
 }

@@ -21,7 +21,7 @@ using Vantix::pci::PieceReader;
 using Vantix::pci::ReadPciDevices;
 using Vantix::transport::SystemRoot;
 
-constexpr const char* kAddress = "0000:3b:00.0";
+constexpr const char* kAdapterAddress = "0000:3b:00.0";
 
 // A machine whose VPD files are the given ones; remembers which were opened.
 struct Machine {
@@ -60,7 +60,7 @@ std::string NameOf(const PciInfo& device) {
 
 TEST(PciInventoryTest, RecordHoldsNamesIdsAndSlot) {
     PciTree tree;
-    tree.Device(kAddress);
+    tree.Device(kAdapterAddress);
     tree.IdFile().Slot("3", "0000:3b:00");
     const auto devices = DevicesIn(tree);
     ASSERT_EQ(devices.size(), 1U);
@@ -76,7 +76,7 @@ TEST(PciInventoryTest, RecordHoldsNamesIdsAndSlot) {
 
 TEST(PciInventoryTest, ItemIsCalledByMakerDeviceAndProduct) {
     PciTree tree;
-    tree.Device(kAddress);
+    tree.Device(kAdapterAddress);
     tree.IdFile();
     EXPECT_EQ(NameOf(DevicesIn(tree).at(0)),
               "Example Networks EX710 Controller (Dual Port Adapter)");
@@ -84,14 +84,14 @@ TEST(PciInventoryTest, ItemIsCalledByMakerDeviceAndProduct) {
 
 TEST(PciInventoryTest, UnknownProductLeavesMakerAndDevice) {
     PciTree tree;
-    tree.Device(kAddress, {.subsystem_device = "0x2999"});
+    tree.Device(kAdapterAddress, {.subsystem_device = "0x2999"});
     tree.IdFile();
     EXPECT_EQ(DevicesIn(tree).at(0).Description, "Example Networks EX710 Controller");
 }
 
 TEST(PciInventoryTest, UnknownDeviceIsNamedByClassMakerAndIds) {
     PciTree tree;
-    tree.Device(kAddress, {.device = "0x1999"});
+    tree.Device(kAdapterAddress, {.device = "0x1999"});
     tree.IdFile();
     const auto devices = DevicesIn(tree);
     EXPECT_EQ(devices.at(0).ShortName, "");
@@ -101,26 +101,27 @@ TEST(PciInventoryTest, UnknownDeviceIsNamedByClassMakerAndIds) {
 
 TEST(PciInventoryTest, WithoutIdFileDevicesAreNamedByClassAndAddress) {
     PciTree tree;
-    tree.Device(kAddress);
+    tree.Device(kAdapterAddress);
     EXPECT_EQ(NameOf(DevicesIn(tree).at(0)), "Network controller-0000:3b:00.0-1d0f1001-1d0f2001");
 }
 
 TEST(PciInventoryTest, FirmwaresNameForADeviceGoesBeforeItsMaker) {
     PciTree tree;
-    tree.File(tree.Device(kAddress) + "/label", "Embedded NIC 1\n");
+    tree.File(tree.Device(kAdapterAddress) + "/label", "Embedded NIC 1\n");
     EXPECT_EQ(NameOf(DevicesIn(tree).at(0)), "Network controller-Embedded NIC 1-1d0f1001-1d0f2001");
 }
 
 TEST(PciInventoryTest, OtherPlaceOfTheIdFileIsReadToo) {
     PciTree tree;
-    tree.Device(kAddress);
+    tree.Device(kAdapterAddress);
     tree.File("/usr/share/hwdata/pci.ids", "1d0f  Example Networks\n\t1001  EX710\n");
     EXPECT_EQ(DevicesIn(tree).at(0).ShortName, "EX710");
 }
 
 TEST(PciInventoryTest, MissingSubsystemAndClassHaveFixedTexts) {
     PciTree tree;
-    tree.Device(kAddress, {.subsystem_vendor = "", .subsystem_device = "", .class_code = ""});
+    tree.Device(kAdapterAddress,
+                {.subsystem_vendor = "", .subsystem_device = "", .class_code = ""});
     const auto devices = DevicesIn(tree);
     EXPECT_EQ(devices.at(0).IdPart2, "00000000");
     EXPECT_EQ(devices.at(0).Label3, "PCI device");
@@ -140,7 +141,7 @@ TEST(PciInventoryTest, BrokenDeviceCostsOnlyItself) {
 
 TEST(PciInventoryTest, VersionComesFromTheKernelFirst) {
     PciTree tree;
-    const std::string folder = tree.Device(kAddress);
+    const std::string folder = tree.Device(kAdapterAddress);
     tree.File(folder + "/nvme/nvme0/firmware_rev", "EX1.0").File(folder + "/vpd", "");
     Machine machine(tree);
     EXPECT_EQ(machine.Read().devices.at(0).Version, "EX1.0");
@@ -149,7 +150,7 @@ TEST(PciInventoryTest, VersionComesFromTheKernelFirst) {
 
 TEST(PciInventoryTest, VersionComesFromTheProductDataLast) {
     PciTree tree;
-    const std::string vpd = tree.Device(kAddress) + "/vpd";
+    const std::string vpd = tree.Device(kAdapterAddress) + "/vpd";
     tree.File(vpd, "");
     Machine machine(tree);
     machine.images[vpd] = AVpd().Field("V0", "4.2.1").Bytes();
@@ -158,7 +159,7 @@ TEST(PciInventoryTest, VersionComesFromTheProductDataLast) {
 
 TEST(PciInventoryTest, NetworkDriverGoesBeforeProductData) {
     PciTree tree;
-    const std::string folder = tree.Device(kAddress);
+    const std::string folder = tree.Device(kAdapterAddress);
     tree.File(folder + "/vpd", "").Folder(folder + "/net/eth0");
     Machine machine(tree);
     EXPECT_EQ(machine.Read().devices.at(0).Version, "9.0");
@@ -183,7 +184,7 @@ TEST(PciInventoryTest, FunctionsOfOneCardShareOneReading) {
 
 TEST(PciInventoryTest, ProductDataAreReadOnceARun) {
     PciTree tree;
-    const std::string vpd = tree.Device(kAddress) + "/vpd";
+    const std::string vpd = tree.Device(kAdapterAddress) + "/vpd";
     tree.File(vpd, "");
     Machine machine(tree);
     machine.images[vpd] = AVpd().Field("V0", "4.2.1").Bytes();
@@ -194,7 +195,7 @@ TEST(PciInventoryTest, ProductDataAreReadOnceARun) {
 
 TEST(PciInventoryTest, ForeignProductDataGiveNoVersion) {
     PciTree tree;
-    const std::string vpd = tree.Device(kAddress) + "/vpd";
+    const std::string vpd = tree.Device(kAdapterAddress) + "/vpd";
     tree.File(vpd, "");
     Machine machine(tree);
     machine.images[vpd] = std::string(40000, '\x5a');
@@ -205,7 +206,7 @@ TEST(PciInventoryTest, ForeignProductDataGiveNoVersion) {
 
 TEST(PciInventoryTest, SilentDeviceIsToldOfAndCostsOnlyItsVersion) {
     PciTree tree;
-    tree.File(tree.Device(kAddress) + "/vpd", "");
+    tree.File(tree.Device(kAdapterAddress) + "/vpd", "");
     const SystemRoot root(tree.Root());
     PciHost host{root, {}, {}, {}};
     host.vpd_limits.time = std::chrono::milliseconds(20);
@@ -219,13 +220,13 @@ TEST(PciInventoryTest, SilentDeviceIsToldOfAndCostsOnlyItsVersion) {
     };
     const PciSurvey survey = ReadPciDevices(host);
     EXPECT_EQ(survey.devices.at(0).Version, "");
-    EXPECT_EQ(survey.issues,
-              std::vector<std::string>{PciTree::Folder(kAddress) + "/vpd: no answer in time"});
+    EXPECT_EQ(survey.issues, std::vector<std::string>{PciTree::Folder(kAdapterAddress) +
+                                                      "/vpd: no answer in time"});
 }
 
 TEST(PciInventoryTest, WishToStopEndsTheReading) {
     PciTree tree;
-    tree.Device(kAddress);
+    tree.Device(kAdapterAddress);
     const SystemRoot root(tree.Root());
     PciHost host{root, {}, {}, {}};
     host.vpd_limits.is_cancelled = [] { return true; };

@@ -5,12 +5,12 @@
 
 #include <string>
 
+#include "memory_device.h"
 #include "support/smbios_builder.h"
 
 namespace Vantix::pmem {
 namespace {
 
-using test_support::AnSmbiosStructure;
 using test_support::AnSmbiosTable;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -40,16 +40,6 @@ std::string Region(std::uint32_t index, const std::string& serial = "\x12\x34\xa
 std::string Table(const std::string& structures) {
     return "NFIT" + Number(static_cast<std::uint32_t>(40 + structures.size()), 4) +
            std::string(32, '\0') + structures;
-}
-
-AnSmbiosStructure MemoryDevice(int handle) {
-    AnSmbiosStructure device(17, 0x54);
-    return device.Word(2, handle)
-        .Text(0x10, "DIMM 4")
-        .Text(0x17, "Example Maker")
-        .Text(0x18, "MSER0001")
-        .Text(0x1a, "EXPM128G")
-        .Text(0x2b, "01.02.00.5355");
 }
 
 auto Smbios(int handle) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "memory_device.h"
 #include "support/smbios_builder.h"
 #include "support/system_tree.h"
 #include "support/unprivileged_user.h"
@@ -19,16 +20,6 @@ using transport::SystemRoot;
 
 const std::string kNmem0 = "/sys/bus/nd/devices/nmem0/";
 const std::string kTable = "/sys/firmware/dmi/tables/DMI";
-
-AnSmbiosStructure MemoryDevice(int handle) {
-    AnSmbiosStructure device(17, 0x54);
-    return device.Word(2, handle)
-        .Text(0x10, "DIMM 4")
-        .Text(0x17, "Example Maker")
-        .Text(0x18, "MSER0001")
-        .Text(0x1a, "EXPM128G")
-        .Text(0x2b, "01.02.00.5355");
-}
 
 class NvdimmReaderTest : public testing::Test {
   protected:

@@ -9,7 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-RawAnswer Ok(Bytes data) {
+RawAnswer Answered(Bytes data) {
     return {kCompletionOk, std::move(data)};
 }
 
@@ -20,7 +20,7 @@ TEST(HpmComponentsTest, RequestsNameTheGroupTheComponentAndTheProperty) {
 }
 
 TEST(HpmComponentsTest, EachBitOfThePresenceByteIsAComponent) {
-    EXPECT_THAT(ParseHpmComponents(Ok({0, 0, 0x3d, 1, 2, 3, 4, 0x85})), ElementsAre(0, 2, 7));
+    EXPECT_THAT(ParseHpmComponents(Answered({0, 0, 0x3d, 1, 2, 3, 4, 0x85})), ElementsAre(0, 2, 7));
 }
 
 TEST(HpmComponentsTest, ControllerWithoutHpmHasNone) {
@@ -29,45 +29,46 @@ TEST(HpmComponentsTest, ControllerWithoutHpmHasNone) {
 }
 
 TEST(HpmComponentsTest, ShortOrForeignAnswerGivesNone) {
-    EXPECT_THAT(ParseHpmComponents(Ok({0, 0, 0x3d, 1, 2, 3, 4})), IsEmpty());
-    EXPECT_THAT(ParseHpmComponents(Ok({3, 0, 0x3d, 1, 2, 3, 4, 0xff})), IsEmpty());
+    EXPECT_THAT(ParseHpmComponents(Answered({0, 0, 0x3d, 1, 2, 3, 4})), IsEmpty());
+    EXPECT_THAT(ParseHpmComponents(Answered({3, 0, 0x3d, 1, 2, 3, 4, 0xff})), IsEmpty());
 }
 
 TEST(HpmComponentsTest, DescriptionEndsAtTheNul) {
-    EXPECT_EQ(ParseHpmDescription(Ok({0, 'C', 'P', 'L', 'D', 0, 'x', 'x', 0, 0, 0, 0, 0})), "CPLD");
+    EXPECT_EQ(ParseHpmDescription(Answered({0, 'C', 'P', 'L', 'D', 0, 'x', 'x', 0, 0, 0, 0, 0})),
+              "CPLD");
 }
 
 TEST(HpmComponentsTest, DescriptionIsTwelveCharactersAtMost) {
     Bytes data = {0};
     data.resize(31, 'a');
-    EXPECT_EQ(ParseHpmDescription(Ok(data)), "aaaaaaaaaaaa");
+    EXPECT_EQ(ParseHpmDescription(Answered(data)), "aaaaaaaaaaaa");
 }
 
 TEST(HpmComponentsTest, MissingDescriptionIsEmpty) {
-    EXPECT_EQ(ParseHpmDescription(Ok({0})), "");
+    EXPECT_EQ(ParseHpmDescription(Answered({0})), "");
     EXPECT_EQ(ParseHpmDescription({0xc1, {}}), "");
 }
 
 TEST(HpmComponentsTest, RevisionHasVersionAndAuxiliaryBytes) {
-    const auto revision = ParseHpmRevision(Ok({0, 2, 0x17, 1, 2, 3, 4}));
+    const auto revision = ParseHpmRevision(Answered({0, 2, 0x17, 1, 2, 3, 4}));
     ASSERT_TRUE(revision);
     EXPECT_EQ(revision->version, "2.17");
     EXPECT_THAT(revision->auxiliary, ElementsAre(1, 2, 3, 4));
 }
 
 TEST(HpmComponentsTest, RevisionWithoutAuxiliaryBytesIsComplete) {
-    const auto revision = ParseHpmRevision(Ok({0, 2, 0x17}));
+    const auto revision = ParseHpmRevision(Answered({0, 2, 0x17}));
     ASSERT_TRUE(revision);
     EXPECT_THAT(revision->auxiliary, IsEmpty());
 }
 
 TEST(HpmComponentsTest, RevisionOfOnesIsUnknown) {
-    EXPECT_FALSE(ParseHpmRevision(Ok({0, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff})));
+    EXPECT_FALSE(ParseHpmRevision(Answered({0, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff})));
 }
 
 TEST(HpmComponentsTest, ShortRevisionIsUnknown) {
-    EXPECT_FALSE(ParseHpmRevision(Ok({0, 2})));
-    EXPECT_FALSE(ParseHpmRevision(Ok({})));
+    EXPECT_FALSE(ParseHpmRevision(Answered({0, 2})));
+    EXPECT_FALSE(ParseHpmRevision(Answered({})));
 }
 
 }  // namespace

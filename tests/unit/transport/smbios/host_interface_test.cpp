@@ -19,7 +19,7 @@ using Vantix::transport::RedfishHostInterface;
 
 const std::string kLoopback("\x7f\0\0\x01", 4);
 
-std::vector<RedfishHostInterface> Read(const AnSmbiosTable& table) {
+std::vector<RedfishHostInterface> InterfacesOf(const AnSmbiosTable& table) {
     return ReadRedfishHostInterfaces(ReadSmbiosTable(table.Bytes()));
 }
 
@@ -34,7 +34,7 @@ TEST(RedfishHostInterfaceTest, RecordTellsAddressesPortAndName) {
     HostInterfaceFields fields = Fields();
     fields.host_address = std::string("\x7f\0\0\x02", 4);
     fields.host_name = "bmc.example.invalid";
-    const auto found = Read(AnSmbiosTable().HostInterface(fields));
+    const auto found = InterfacesOf(AnSmbiosTable().HostInterface(fields));
     ASSERT_EQ(found.size(), 1u);
     EXPECT_EQ(found[0].service_address, "127.0.0.1");
     EXPECT_EQ(found[0].host_address, "127.0.0.2");
@@ -46,7 +46,7 @@ TEST(RedfishHostInterfaceTest, RecordTellsAddressesPortAndName) {
 TEST(RedfishHostInterfaceTest, Ipv6AddressIsRead) {
     HostInterfaceFields fields = Fields();
     fields.service_address = std::string(15, '\0') + "\x01";
-    const auto found = Read(AnSmbiosTable().HostInterface(fields));
+    const auto found = InterfacesOf(AnSmbiosTable().HostInterface(fields));
     ASSERT_EQ(found.size(), 1u);
     EXPECT_EQ(found[0].service_address, "::1");
 }
@@ -54,7 +54,7 @@ TEST(RedfishHostInterfaceTest, Ipv6AddressIsRead) {
 TEST(RedfishHostInterfaceTest, UnspecifiedAddressAndUnknownFormatAreEmpty) {
     HostInterfaceFields fields = Fields();
     fields.service_address = std::string(4, '\0');
-    const auto found = Read(AnSmbiosTable().HostInterface(fields).HostInterface({}));
+    const auto found = InterfacesOf(AnSmbiosTable().HostInterface(fields).HostInterface({}));
     ASSERT_EQ(found.size(), 2u);
     EXPECT_EQ(found[0].service_address, "");
     EXPECT_EQ(found[1].service_address, "");
@@ -65,7 +65,7 @@ TEST(RedfishHostInterfaceTest, NewerDevicesTellTheirMacAddress) {
     usb.device = std::string("\x04\x0d\x34\x12\x78\x56\0\x02\0\0\0\x0a\xff", 13);
     HostInterfaceFields pci = Fields();
     pci.device = std::string("\x05\x14\x34\x12\x78\x56\x34\x12\x78\x56\x02\0\0\0\0\x02", 16);
-    const auto found = Read(AnSmbiosTable().HostInterface(usb).HostInterface(pci));
+    const auto found = InterfacesOf(AnSmbiosTable().HostInterface(usb).HostInterface(pci));
     ASSERT_EQ(found.size(), 2u);
     EXPECT_EQ(found[0].mac_address, "02:00:00:00:0a:ff");
     EXPECT_EQ(found[1].mac_address, "02:00:00:00:00:02");
@@ -74,7 +74,7 @@ TEST(RedfishHostInterfaceTest, NewerDevicesTellTheirMacAddress) {
 TEST(RedfishHostInterfaceTest, DeviceTooShortForItsMacAddressHasNone) {
     HostInterfaceFields fields = Fields();
     fields.device = std::string("\x04\x03\x34", 3);
-    const auto found = Read(AnSmbiosTable().HostInterface(fields));
+    const auto found = InterfacesOf(AnSmbiosTable().HostInterface(fields));
     ASSERT_EQ(found.size(), 1u);
     EXPECT_EQ(found[0].mac_address, "");
     EXPECT_EQ(found[0].service_address, "127.0.0.1");
@@ -83,7 +83,7 @@ TEST(RedfishHostInterfaceTest, DeviceTooShortForItsMacAddressHasNone) {
 TEST(RedfishHostInterfaceTest, OtherInterfacesAndStructuresArePassedOver) {
     AnSmbiosStructure kcs(42, 12);
     kcs.Byte(4, 2);
-    EXPECT_TRUE(Read(AnSmbiosTable().System({"Maker"}).Add(kcs)).empty());
+    EXPECT_TRUE(InterfacesOf(AnSmbiosTable().System({"Maker"}).Add(kcs)).empty());
 }
 
 TEST(RedfishHostInterfaceTest, RecordsOfOtherProtocolsArePassedOver) {
@@ -91,7 +91,7 @@ TEST(RedfishHostInterfaceTest, RecordsOfOtherProtocolsArePassedOver) {
     structure.Byte(4, 0x40).Byte(5, 1).Byte(6, 2).Byte(7, 2);
     structure.Byte(8, 2).Byte(9, 1).Byte(10, 0xff);  // IPMI, one byte
     structure.Byte(11, 4).Byte(12, 1);               // Redfish over IP, far too short
-    const auto found = Read(AnSmbiosTable().Add(structure));
+    const auto found = InterfacesOf(AnSmbiosTable().Add(structure));
     ASSERT_EQ(found.size(), 1u);
     EXPECT_EQ(found[0].service_address, "");
     EXPECT_EQ(found[0].service_port, 0);
@@ -101,7 +101,7 @@ TEST(RedfishHostInterfaceTest, LengthsBeyondTheStructureAreHarmless) {
     for (int byte : {5, 7, 9}) {
         AnSmbiosStructure structure(42, 12);
         structure.Byte(4, 0x40).Byte(5, 1).Byte(7, 1).Byte(8, 4).Byte(byte, 255);
-        for (const auto& found : Read(AnSmbiosTable().Add(structure))) {
+        for (const auto& found : InterfacesOf(AnSmbiosTable().Add(structure))) {
             EXPECT_EQ(found.service_address, "");
             EXPECT_EQ(found.service_host_name, "");
         }

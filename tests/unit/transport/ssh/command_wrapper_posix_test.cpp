@@ -14,7 +14,7 @@ namespace {
 using testing::AllOf;
 using testing::StartsWith;
 
-constexpr const char* kMark = "begin-0123";
+constexpr const char* kShellMark = "begin-0123";
 
 // Runs a line under /bin/sh as a server would: from a shell that leads a process group, or not.
 struct Ran {
@@ -39,18 +39,19 @@ Ran RunLine(const std::string& line, bool leads_group) {
 
 TEST(CommandWrapperInShellTest, CommandRunsBehindTheMarkWithItsStreamsAndStatus) {
     for (const bool leads_group : {true, false}) {
-        const Ran ran = RunLine(WrapCommand("echo out; echo err >&2; exit 7", kMark), leads_group);
+        const Ran ran =
+            RunLine(WrapCommand("echo out; echo err >&2; exit 7", kShellMark), leads_group);
         EXPECT_EQ(ran.status, 7);
-        EXPECT_THAT(ran.output, AllOf(StartsWith(std::string("\n") + kMark + " "),
+        EXPECT_THAT(ran.output, AllOf(StartsWith(std::string("\n") + kShellMark + " "),
                                       testing::EndsWith("\nout\n")));
-        EXPECT_EQ(ran.errors, std::string("\n") + kMark + " .\nerr\n");
+        EXPECT_EQ(ran.errors, std::string("\n") + kShellMark + " .\nerr\n");
     }
 }
 
 TEST(CommandWrapperInShellTest, NumberBehindTheMarkIsThatOfTheProcessGroup) {
     for (const bool leads_group : {true, false}) {
-        const Ran ran = RunLine(WrapCommand("ps -o pgid= -p $$", kMark), leads_group);
-        StreamStart start(kMark);
+        const Ran ran = RunLine(WrapCommand("ps -o pgid= -p $$", kShellMark), leads_group);
+        StreamStart start(kShellMark);
         const std::string group = start.Pass(ran.output);
         EXPECT_EQ(group.substr(group.find_first_not_of(' ')), start.Word() + "\n") << leads_group;
     }
@@ -58,7 +59,7 @@ TEST(CommandWrapperInShellTest, NumberBehindTheMarkIsThatOfTheProcessGroup) {
 
 TEST(CommandWrapperInShellTest, WordsOfTheCommandSurviveTheQuoting) {
     const Ran ran =
-        RunLine(WrapCommand("printf %s 'a'\\''b $HOME \\'; printf %s \"\nc\"", kMark), true);
+        RunLine(WrapCommand("printf %s 'a'\\''b $HOME \\'; printf %s \"\nc\"", kShellMark), true);
     EXPECT_THAT(ran.output, testing::EndsWith("a'b $HOME \\\nc"));
 }
 

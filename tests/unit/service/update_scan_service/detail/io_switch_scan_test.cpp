@@ -17,7 +17,7 @@ using testing::IsEmpty;
 using testing::Return;
 using testing::SetArgReferee;
 
-SwitchInfo AComponent(const std::string& name) {
+SwitchInfo ASwitch(const std::string& name) {
     return {"MT-" + name, "SN-" + name, "ID-" + name, "1.0", "10", "about\t" + name, name};
 }
 
@@ -41,14 +41,14 @@ class IoSwitchScanTest : public support::BmcScanTestBase {
 
 TEST_F(IoSwitchScanTest, BayZeroIsPassedAsItsDigit) {
     CimFetchGives(ok_, {cim_});
-    InventoryGivesComponents("0", 0, {AComponent("a")});
+    InventoryGivesComponents("0", 0, {ASwitch("a")});
     EXPECT_EQ(Scan().code, 0);
 }
 
 TEST_F(IoSwitchScanTest, BayTwelveIsPassedAsItsDigits) {
     option_.bay_id = 12;
     CimFetchGives(ok_, {cim_});
-    InventoryGivesComponents("12", 0, {AComponent("a")});
+    InventoryGivesComponents("12", 0, {ASwitch("a")});
     EXPECT_EQ(Scan().code, 0);
 }
 
@@ -56,13 +56,13 @@ TEST_F(IoSwitchScanTest, BayIsNeverGrouped) {
     const test_support::GlobalGroupingLocale grouping;
     option_.bay_id = 1234;
     CimFetchGives(ok_, {cim_});
-    InventoryGivesComponents("1234", 0, {AComponent("a")});
+    InventoryGivesComponents("1234", 0, {ASwitch("a")});
     EXPECT_EQ(Scan().code, 0);
 }
 
 TEST_F(IoSwitchScanTest, TwoComponentsYieldTwoItemsUnderTheChassisType) {
     CimFetchGives(ok_, {cim_, support::AConnection(2, 5990)});
-    InventoryGivesComponents("0", 0, {AComponent("a"), AComponent("b")});
+    InventoryGivesComponents("0", 0, {ASwitch("a"), ASwitch("b")});
     const TarselResult result = Scan();
     EXPECT_EQ(result.code, 0);
     EXPECT_EQ(result.message, "");
@@ -75,7 +75,7 @@ TEST_F(IoSwitchScanTest, TwoComponentsYieldTwoItemsUnderTheChassisType) {
 
 TEST_F(IoSwitchScanTest, FactsComeFromTheFirstComponentOnly) {
     CimFetchGives(ok_, {cim_});
-    InventoryGivesComponents("0", 0, {AComponent("a"), AComponent("b")});
+    InventoryGivesComponents("0", 0, {ASwitch("a"), ASwitch("b")});
     EXPECT_EQ(Scan().code, 0);
     EXPECT_EQ(report_.GetOS(), "None");
     EXPECT_EQ(report_.GetArch(), "None");
@@ -114,7 +114,7 @@ TEST_F(IoSwitchScanTest, EmptyConnectionListFailsBeforeTheTrace) {
 
 TEST_F(IoSwitchScanTest, FailedInventoryIsLoggedWithCodeAndText) {
     CimFetchGives(ok_, {cim_});
-    InventoryGivesComponents("0", TIMEOUT, {AComponent("a")});
+    InventoryGivesComponents("0", TIMEOUT, {ASwitch("a")});
     const TarselResult result = Scan();
     EXPECT_EQ(result.code, GENERIC_FAILURE);
     EXPECT_EQ(result.message, "");
