@@ -106,44 +106,28 @@ bool WriteAll(int descriptor, std::string_view text) {
     return true;
 }
 
-// Byte by byte: whatever follows the line belongs to somebody else.
-ReadState ReadLine(int descriptor, std::string& line) {
+// Byte by byte: whatever follows the line belongs to somebody else. `read` gives 1, 0 at the end,
+// or less than 0.
+template <typename Read>
+ReadState ReadLine(const Read& read, std::string& line) {
     line.clear();
     line.reserve(kLongestPassword);  // no copies of a secret left behind by growing
     char letter = 0;
-    bool is_any = false;
-    while (line.size() <= kLongestPassword) {
-        const int count = _read(descriptor, &letter, 1);
-        if (count < 0) return ReadState::kFailed;
-        if (count == 0 && !is_any) return ReadState::kEmpty;
-        if (count == 0 || letter == '\n') break;
-        is_any = true;
-        if (line.size() == kLongestPassword) return ReadState::kTooLong;
-        line += letter;
-    }
-    if (line.ends_with('\r')) line.pop_back();
-    return ReadState::kOk;
-}
-
-bool IsFolder(HANDLE file) {
-    BY_HANDLE_FILE_INFORMATION facts{};
-    return GetFileInformationByHandle(file, &facts) != 0 &&
-           (facts.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
-
-ReadState ReadFirstLine(HANDLE file, std::string& line) {
-    line.clear();
-    line.reserve(kLongestPassword);
-    char letter = 0;
     for (;;) {
-        DWORD count = 0;
-        if (ReadFile(file, &letter, 1, &count, nullptr) == 0) return ReadState::kFailed;
+        const int count = read(letter);
+        if (count < 0) return ReadState::kFailed;
         if (count == 0 || letter == '\n') break;
         if (line.size() == kLongestPassword) return ReadState::kTooLong;
         line += letter;
     }
     if (line.ends_with('\r')) line.pop_back();
     return line.empty() ? ReadState::kEmpty : ReadState::kOk;
+}
+
+bool IsFolder(HANDLE file) {
+    BY_HANDLE_FILE_INFORMATION facts{};
+    return GetFileInformationByHandle(file, &facts) != 0 &&
+           (facts.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
 // The run-time library keeps a copy of the environment, and the system its own.
@@ -193,7 +177,12 @@ ReadState ReadPrivateFileLine(const std::string& file, std::string& line) {
     if (!handle.IsOpen()) return ReadState::kMissing;
     if (IsFolder(handle.Get())) return ReadState::kFailed;
     if (IsOpenToOthers(handle.Get())) return ReadState::kTooOpen;
-    return ReadFirstLine(handle.Get(), line);
+    const auto read = [&handle](char& letter) {
+        DWORD count = 0;
+        const bool is_read = ReadFile(handle.Get(), &letter, 1, &count, nullptr) != 0;
+        return is_read ? static_cast<int>(count) : -1;
+    };
+    return ReadLine(read, line);
 }
 
 std::string HowToCloseToOthers() {
@@ -202,8 +191,7 @@ std::string HowToCloseToOthers() {
 
 ReadState ReadDescriptorLine(int descriptor, std::string& line) {
     if (_get_osfhandle(descriptor) == -1) return ReadState::kMissing;
-    const ReadState state = ReadLine(descriptor, line);
-    return state == ReadState::kOk && line.empty() ? ReadState::kEmpty : state;
+    return ReadLine([descriptor](char& letter) { return _read(descriptor, &letter, 1); }, line);
 }
 
 int StandardInputDescriptor() {

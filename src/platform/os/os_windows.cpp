@@ -9,8 +9,8 @@
 #include <random>
 #include <string_view>
 #include <thread>
-#include <vector>
 
+#include "common/files/own_identity_windows.h"
 #include "platform/os/wide_text_windows.h"
 
 // A macro of the system's headers that would rename our own function.
@@ -61,26 +61,6 @@ bool WriteAll(HANDLE file, std::string_view text) {
 HANDLE OpenOrMake(const std::string& path, DWORD access) {
     return CreateFileW(WideOf(path).c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                        OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-}
-
-// This user as Windows writes it, "S-1-5-21-..."; empty when it does not tell.
-std::wstring OwnIdentity() {
-    HANDLE token = nullptr;
-    if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token) == 0) return {};
-    DWORD size = 0;
-    GetTokenInformation(token, TokenUser, nullptr, 0, &size);
-    std::vector<unsigned char> memory(size);
-    const bool is_told =
-        size > 0 && GetTokenInformation(token, TokenUser, memory.data(), size, &size) != 0;
-    CloseHandle(token);
-    wchar_t* text = nullptr;
-    if (!is_told || ConvertSidToStringSidW(
-                        reinterpret_cast<const TOKEN_USER*>(memory.data())->User.Sid, &text) == 0) {
-        return {};
-    }
-    std::wstring identity(text);
-    LocalFree(text);
-    return identity;
 }
 
 // The folder may leave its files to more people than this user, the administrators and the system.

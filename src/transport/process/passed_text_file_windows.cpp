@@ -4,9 +4,9 @@
 
 #include <sddl.h>
 
-#include <cstddef>
 #include <random>
-#include <vector>
+
+#include "common/files/own_identity_windows.h"
 
 namespace Vantix::transport {
 namespace {
@@ -21,30 +21,12 @@ std::wstring FreshPath() {
     return name + L".txt";
 }
 
-// As "S-1-5-...". The owner of a new file is no help: for an administrator that is a whole group.
-std::wstring OwnUser() {
-    OwnedHandle token;
-    DWORD size = 0;
-    if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, token.Slot()) == 0) return {};
-    GetTokenInformation(token.Get(), TokenUser, nullptr, 0, &size);
-    std::vector<std::byte> bytes(size);
-    wchar_t* text = nullptr;
-    if (GetTokenInformation(token.Get(), TokenUser, bytes.data(), size, &size) == 0 ||
-        ConvertSidToStringSidW(reinterpret_cast<const TOKEN_USER*>(bytes.data())->User.Sid,
-                               &text) == 0) {
-        return {};
-    }
-    std::wstring user = text;
-    LocalFree(text);
-    return user;
-}
-
 }  // namespace
 
 PassedTextFile::PassedTextFile(const std::string& text) {
     const std::wstring path = FreshPath();
     // Protected from inherited entries; full access for this user alone.
-    const std::wstring access = L"D:P(A;;FA;;;" + OwnUser() + L")";
+    const std::wstring access = L"D:P(A;;FA;;;" + OwnIdentity() + L")";
     SECURITY_ATTRIBUTES security{};
     security.nLength = sizeof(security);
     if (path.empty() ||

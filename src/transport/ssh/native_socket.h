@@ -5,6 +5,10 @@
 
 #include "transport/ssh/tcp_dial.h"
 
+#if defined(_WIN32) && !defined(BOOST_ASIO_DISABLE_IOCP)
+#error "define BOOST_ASIO_DISABLE_IOCP for every source that uses Asio: transport_ssh does"
+#endif
+
 namespace Vantix::transport {
 
 /// The connection of `socket`, which is closed afterwards; the caller's to close (CloseSocket). Of
