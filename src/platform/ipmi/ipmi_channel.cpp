@@ -24,9 +24,7 @@ constexpr std::size_t kFirstLocatedBytes = 128;
 constexpr std::size_t kMostFruBytes = 8192;
 constexpr std::size_t kMostLocatedFrus = 24;
 constexpr int kMostFruRounds = 3;
-constexpr int kMostBusyAnswers = 3;
 constexpr int kInitializing = 0xd2;  // completion code "BMC initialization in progress"
-constexpr Milliseconds kBusyPause{5000};
 
 void Append(std::vector<RawRequest>&& more, std::vector<RawRequest>& requests) {
     std::move(more.begin(), more.end(), std::back_inserter(requests));

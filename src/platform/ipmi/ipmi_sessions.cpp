@@ -19,9 +19,7 @@ constexpr const char* kTool = "ipmitool";
 constexpr int kNewerCipher = 17;
 constexpr int kOlderCipher = 3;
 constexpr int kMostSilentSessions = 2;
-constexpr int kMostBusySessions = 3;
 constexpr Milliseconds kHardLimit{30000};
-constexpr Milliseconds kBusySessionPause{5000};
 constexpr Milliseconds kLookAtCancel{100};
 
 bool IsSilence(IpmiProblem problem) {
@@ -118,9 +116,9 @@ bool IpmiSessions::PrepareNextTry(const IpmiFailure& failure) {
         case IpmiProblem::kPrivilege:
             return NextPrivilege();
         case IpmiProblem::kBusy:
-            if (++busy_answers_ > kMostBusySessions) return false;
+            if (++busy_answers_ > kMostBusyAnswers) return false;
             option_.run->Activity("the BMC is busy, waiting to ask it again over IPMI");
-            Pause(kBusySessionPause);
+            Pause(kBusyPause);
             return !option_.run->IsCancelled();
         default:
             return false;

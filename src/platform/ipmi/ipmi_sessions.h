@@ -16,6 +16,10 @@
 
 namespace Vantix::ipmi {
 
+/// How often a BMC may say that it is busy before it is given up, and the wait after each time.
+inline constexpr int kMostBusyAnswers = 3;
+inline constexpr transport::Milliseconds kBusyPause{5000};
+
 /// What became of one session.
 struct SessionResult {
     /// Set when no session came about, or when it was broken off.

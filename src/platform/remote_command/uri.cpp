@@ -23,10 +23,6 @@ bool IsLetter(char letter) {
     return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z');
 }
 
-char LowerCase(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
 bool IsScheme(std::string_view text) {
     return !text.empty() && IsLetter(text.front()) &&
            std::all_of(text.begin(), text.end(), [](char letter) {
@@ -78,7 +74,7 @@ Uri::Uri(const std::string& text, bool strict) {
     if (mark == std::string::npos) Refuse("it has no scheme such as ssh://");
     scheme_ = text.substr(0, mark);
     if (!IsScheme(scheme_)) Refuse("its scheme is malformed");
-    std::transform(scheme_.begin(), scheme_.end(), scheme_.begin(), LowerCase);
+    std::transform(scheme_.begin(), scheme_.end(), scheme_.begin(), transport::AsciiLower);
     const std::string authority = text.substr(mark + kAuthorityMark.size());
     if (authority.empty()) Refuse("the address is empty");
     const auto parsed =
